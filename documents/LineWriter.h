@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QVSongLrc/QVSongLine.h>
+
+/// Writes the lines of a document as one text, a line feed after each, and sets every line's range to its
+/// place there. The text is measured first and then written once. Absent lines in a list of the host's write
+/// nothing.
+class LineWriter
+{
+public:
+    LineWriter() = delete;
+
+    /// The display texts. Lines that slice an older text slice the new one from now on.
+    static QString writeSongText(const QVSongLineList &lines);
+
+    /// The display texts; the lines keep the text that they slice.
+    static QString writeDisplayTexts(const QVSongLineList &lines);
+
+    /// The bare texts. An absent text has length 0 although "(null)" is written for it.
+    static QString writeLineTexts(const QVSongLineList &lines);
+
+private:
+    template <typename Length, typename Write>
+    static QString write(const QVSongLineList &lines, Length length, Write write);
+};

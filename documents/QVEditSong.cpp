@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: MIT
+#include <QVSongLrc/QVEditSong.h>
+
+#include "../model/OwnedString.h"
+#include "../model/QVSongLine_p.h"
+#include "../model/Saturating.h"
+#include "../model/TimeText.h"
+#include "LineWriter.h"
+#include "LyricReader.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <iterator>
+#include <stdexcept>
+
+namespace {
+
+constexpr QStringView MakerName = u"Quendle";
+constexpr QStringView MakerHost = u"" QVSONGLRC_MAKER_HOST;
+constexpr QStringView MakerAddress = u"https://" QVSONGLRC_MAKER_HOST;
+
+// A text passes through formatting without arguments: "%%" stands for one "%", any other "%" for itself.
+QString formatted(QString text)
+{
+    return text.replace(QLatin1StringView("%%"), QLatin1StringView("%"));
+}
+
+std::shared_ptr<QVSongLine> timedLine(qint64 milliseconds, const QString &text)
+{
+    auto line = std::make_shared<QVSongLine>();
+    line->setLineText(text);
+    line->appendTime(milliseconds);
+    return line;
+}
+
+} // namespace
+
+QVEditSong::QVEditSong()
+    : m_aryLines(std::make_shared<QVSongLineList>())
+{
+}
+
+QVEditSong::~QVEditSong() = default;
+
+void QVEditSong::setSongText(const QString &text)
+{
+    m_songText = ownedString(text);
+}
+
+void QVEditSong::setTagSongText(const QString &text)
+{
+    m_tagSongText = ownedString(text);
+}
+
+void QVEditSong::setAryLines(std::shared_ptr<QVSongLineList> lines)
+{
+    m_aryLines = lines ? std::move(lines) : std::make_shared<QVSongLineList>();
+}
+
+void QVEditSong::buildWithLrcText(const QString &text)
+{
+    // The lines slice the caller's text only until the song text is written, which they slice from then on.
+    const QString source = QString::fromRawData(text.constData(), text.size());
+    const auto lines = std::make_shared<QVSongLineList>();
+    const auto appendLine = [&](QStringView lineText) -> QVSongLine & {
+        QVSongLine &line = *lines->emplaceBack(std::make_shared<QVSongLine>());
+        line.setTextSlice(source, lineText.data() - source.data(), lineText.size());
+        return line;
+    };
+    readLyric(
+        source,
+        [&](const TagScanner::Property &property) {
+            QVSongLine &line = appendLine(property.value);
+            line.m_isProperty = true;
+            line.m_propertyStr = property.key.toString();
+        },
+        [&](QStringView rawLine) {
+            QVSongLine &line = appendLine(rawLine);
+            qsizetype end = 0;
+            while (const auto tag = TagScanner::timeTag(rawLine, end)) {
+                line.m_ownTimes.append(TimeText::fromTag(rawLine.sliced(tag->begin, tag->end - tag->begin)));
+                end = tag->end;
+            }
+            line.m_sliceBegin += end;
+            line.m_sliceLength -= end;
+        });
+    lines->squeeze();
+    m_songText = LineWriter::writeSongText(*lines);
+    m_aryLines = lines;
+}
+
+void QVEditSong::insertLine(std::shared_ptr<QVSongLine> line, qint64 atIndex)
+{
+    if (!line)
+        throw std::invalid_argument("QVEditSong::insertLine: the line is absent");
+    const qint64 count = m_aryLines->size();
+    if (atIndex < 0 || atIndex > count)
+        atIndex = std::max<qint64>(count - 1, 0); // in front of the last line, not behind it: that is meant
+    m_aryLines->insert(atIndex, std::move(line));
+}
+
+void QVEditSong::deleteLineAtIndex(qint64 index)
+{
+    if (index >= 0 && index < m_aryLines->size())
+        m_aryLines->removeAt(index);
+}
+
+void QVEditSong::deleteLineAtIndexs(const std::set<quint64> &indexes)
+{
+    if (indexes.empty())
+        return;
+    QVSongLineList &lines = *m_aryLines;
+    if (*indexes.rbegin() >= quint64(lines.size()))
+        throw std::out_of_range("QVEditSong::deleteLineAtIndexs: an index is outside the lines");
+
+    auto kept = lines.begin() + qsizetype(*indexes.begin());
+    for (auto index = indexes.begin(); index != indexes.end();) {
+        const auto from = lines.begin() + qsizetype(*index) + 1;
+        const auto to = ++index == indexes.end() ? lines.end() : lines.begin() + qsizetype(*index);
+        kept = std::move(from, to, kept);
+    }
+    lines.erase(kept, lines.end());
+}
+
+bool QVEditSong::isEqual(const QVEditSong *other) const
+{
+    return other
+        && std::equal(m_aryLines->cbegin(), m_aryLines->cend(), other->m_aryLines->cbegin(),
+                      other->m_aryLines->cend(),
+                      [](const auto &line, const auto &peer) { return line && line->isEqual(peer.get()); });
+}
+
+void QVEditSong::updateSongText()
+{
+    m_songText = LineWriter::writeSongText(*m_aryLines);
+}
+
+bool QVEditSong::insertCopyrightMark()
+{
+    constexpr qsizetype LastGap = 10;
+    const QVSongLineList &lines = std::as_const(*m_aryLines);
+    const auto firstTime = [&lines](qsizetype index) { return lines[index] ? lines[index]->firstTime() : 0; };
+
+    qint64 previousGap = 0;
+    qsizetype anchor = -1;
+    qint64 anchorTime = 0;
+    for (qsizetype i = 0; i <= LastGap && i + 1 < lines.size(); ++i) {
+        const qint64 gap = Saturating::subtract(firstTime(i + 1), firstTime(i));
+        // Meant: a gap is measured against the one just before it, not against the largest so far.
+        if (gap > previousGap) {
+            anchor = i;
+            anchorTime = firstTime(i);
+        }
+        previousGap = gap;
+    }
+
+    const auto mentions = [&lines](QStringView words) {
+        return std::any_of(lines.cbegin(), lines.cend(),
+                           [words](const auto &line) { return line && line->text().contains(words); });
+    };
+    if (mentions(MakerName) && mentions(MakerHost))
+        return false;
+
+    const QString name = formatted(QCoreApplication::translate("QVEditSong", "Maker Tool: Quendle"));
+    const QString address = formatted(MakerAddress.toString());
+    m_aryLines->insert(anchor + 1, timedLine(Saturating::add(anchorTime, 300), name));
+    m_aryLines->insert(anchor + 2, timedLine(Saturating::add(anchorTime, 700), address));
+    updateSongText();
+    return true;
+}

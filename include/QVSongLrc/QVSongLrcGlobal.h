@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtGlobal>
+
+#if defined(QVSongLrcCore_EXPORTS)
+#define QVSONGLRC_CORE_EXPORT Q_DECL_EXPORT
+#else
+#define QVSONGLRC_CORE_EXPORT Q_DECL_IMPORT
+#endif

@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: MIT
+#include "QVSongLine_p.h"
+
+#include "OwnedString.h"
+#include "Saturating.h"
+#include "TagScanner.h"
+
+#include <QVSongLrc/QVUtils.h>
+
+QVSongLine::QVSongLine() = default;
+
+QVSongLine::QVSongLine(const QVSongLine &other)
+    : m_text(other.m_text)
+    , m_sliceBegin(other.m_sliceBegin)
+    , m_sliceLength(other.m_sliceLength)
+    , m_txtRg(other.m_txtRg)
+    , m_ownTimes(other.times())
+    , m_propertyStr(other.m_propertyStr)
+    , m_isProperty(other.m_isProperty)
+{
+}
+
+QVSongLine::~QVSongLine() = default;
+
+std::shared_ptr<QVSongLine> QVSongLine::emptyLine()
+{
+    auto line = std::make_shared<QVSongLine>();
+    line->m_text = QLatin1StringView("");
+    return line;
+}
+
+// A list that is handed out has a life of its own: a pointer into the line would dangle for a line on the
+// stack, and two lines that swap their lists would keep each other alive for ever.
+const std::shared_ptr<QVTimeList> &QVSongLine::sharedTimes() const
+{
+    if (!m_sharedTimes)
+        m_sharedTimes = std::make_shared<QVTimeList>(std::move(m_ownTimes));
+    return m_sharedTimes;
+}
+
+std::shared_ptr<QVTimeList> QVSongLine::aryTimes()
+{
+    return sharedTimes();
+}
+
+std::shared_ptr<const QVTimeList> QVSongLine::aryTimes() const
+{
+    return sharedTimes();
+}
+
+void QVSongLine::setAryTimes(std::shared_ptr<QVTimeList> times)
+{
+    m_ownTimes.clear();
+    m_sharedTimes = std::move(times);
+}
+
+QString QVSongLine::lineText() const
+{
+    if (m_sliceLength != WholeText) {
+        m_text = QString(m_text.constData() + m_sliceBegin, m_sliceLength);
+        m_sliceLength = WholeText;
+    }
+    return m_text;
+}
+
+void QVSongLine::setLineText(const QString &text)
+{
+    m_text = ownedString(text);
+    m_sliceLength = WholeText;
+}
+
+double QVSongLine::playTime() const
+{
+    return double(firstTime()) / 1000.0;
+}
+
+void QVSongLine::setPropertyStr(const QString &key)
+{
+    m_propertyStr = ownedString(key);
+}
+
+QString QVSongLine::displayText() const
+{
+    QString display(displayLength(), Qt::Uninitialized);
+    writeDisplayText(reinterpret_cast<char16_t *>(display.data()));
+    return display;
+}
+
+bool QVSongLine::isEqual(const QVSongLine *other) const
+{
+    // An absent string equals nothing, which Qt's == does not know.
+    const auto equal = [](QStringView a, QStringView b) { return !a.isNull() && !b.isNull() && a == b; };
+
+    if (!other || m_isProperty != other->m_isProperty)
+        return false;
+    if (m_isProperty)
+        return equal(m_propertyStr, other->m_propertyStr) && equal(text(), other->text());
+    return times() == other->times() && equal(text(), other->text());
+}
+
+QString QVSongLine::description() const
+{
+    const QVTimeList &list = times();
+    QString shownTimes;
+    if (list.size() < 2) {
+        shownTimes = QString::number(firstTime());
+    } else {
+        for (const qint64 time : list)
+            shownTimes += QString::number(time) + QLatin1StringView(" |");
+    }
+    return QStringLiteral("%1 | {%2, %3} | %4\n")
+        .arg(shownTimes, QString::number(m_txtRg.location), QString::number(m_txtRg.length),
+             shownText(text()));
+}
+
+void QVSongLine::shiftAllTime(qint64 milliseconds)
+{
+    if (m_isProperty)
+        return;
+    for (qint64 &time : times())
+        time = std::max<qint64>(Saturating::add(time, milliseconds), 0);
+}
+
+void QVSongLine::appendTime(qint64 milliseconds)
+{
+    times().append(milliseconds);
+}
+
+void QVSongLine::updateWithText(const QString &text)
+{
+    if (m_isProperty && TagScanner::propertyTag(text)) {
+        const auto [key, value] = TagScanner::splitProperty(text);
+        m_propertyStr = key.toString();
+        setLineText(value.toString());
+        return;
+    }
+    m_isProperty = false;
+    setLineText(text);
+}
+
+void QVSongLine::updateWithTimeStr(const QString &timeStr, qint64 atIndex)
+{
+    QVTimeList &list = times();
+    if (atIndex < 0 || atIndex >= list.size())
+        return;
+    if (timeStr.isEmpty())
+        list.remove(atIndex);
+    else
+        list[atIndex] = QVUtils::getTimeInterval(timeStr);
+}
