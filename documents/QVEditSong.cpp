@@ -65,7 +65,7 @@ void QVEditSong::buildWithLrcText(const QString &text)
     const auto lines = std::make_shared<QVSongLineList>();
     const auto appendLine = [&](QStringView lineText) -> QVSongLine & {
         QVSongLine &line = *lines->emplaceBack(std::make_shared<QVSongLine>());
-        line.setTextSlice(source, lineText.data() - source.data(), lineText.size());
+        line.setTextSlice(source, lineText);
         return line;
     };
     readLyric(
@@ -82,8 +82,7 @@ void QVEditSong::buildWithLrcText(const QString &text)
                 line.m_ownTimes.append(TimeText::fromTag(rawLine.sliced(tag->begin, tag->end - tag->begin)));
                 end = tag->end;
             }
-            line.m_sliceBegin += end;
-            line.m_sliceLength -= end;
+            line.m_textView = rawLine.sliced(end);
         });
     lines->squeeze();
     m_songText = LineWriter::writeSongText(*lines);
@@ -157,7 +156,7 @@ bool QVEditSong::insertCopyrightMark()
 
     const auto mentions = [&lines](QStringView words) {
         return std::any_of(lines.cbegin(), lines.cend(),
-                           [words](const auto &line) { return line && line->text().contains(words); });
+                           [words](const auto &line) { return line && line->m_textView.contains(words); });
     };
     if (mentions(MakerName) && mentions(MakerHost))
         return false;

@@ -10,6 +10,34 @@
 #include <algorithm>
 #include <vector>
 
+namespace {
+
+// By play time, which beyond 2^53 ms is coarser than the time, and stable. What is sorted are small keys: the
+// lines themselves lie all over the heap.
+void sortByPlayTime(QVSongLineList &lines)
+{
+    struct Key
+    {
+        double playTime;
+        qsizetype index;
+    };
+    std::vector<Key> keys;
+    keys.reserve(std::size_t(lines.size()));
+    for (qsizetype i = 0; i < lines.size(); ++i)
+        keys.push_back({lines[i]->playTime(), i});
+    const auto earlier = [](const Key &a, const Key &b) { return a.playTime < b.playTime; };
+    if (std::is_sorted(keys.cbegin(), keys.cend(), earlier))
+        return;
+    std::stable_sort(keys.begin(), keys.end(), earlier);
+    QVSongLineList sorted;
+    sorted.reserve(lines.size());
+    for (const Key &key : keys)
+        sorted.append(std::move(lines[key.index]));
+    lines = std::move(sorted);
+}
+
+} // namespace
+
 QVPreviewSong::QVPreviewSong() = default;
 
 QVPreviewSong::~QVPreviewSong() = default;
@@ -30,7 +58,7 @@ void QVPreviewSong::buildWithLrcText(const QString &text)
     const auto lines = std::make_shared<QVSongLineList>();
     const auto appendLine = [&](QStringView lineText, qint64 milliseconds) -> QVSongLine & {
         QVSongLine &line = *lines->emplaceBack(std::make_shared<QVSongLine>());
-        line.setTextSlice(source, lineText.data() - source.data(), lineText.size());
+        line.setTextSlice(source, lineText);
         line.m_ownTimes.append(milliseconds);
         return line;
     };
@@ -70,10 +98,7 @@ void QVPreviewSong::buildWithLrcText(const QString &text)
             offset += quint64(lineText.size()) + 1;
         });
 
-    // By play time, which for times beyond 2^53 ms is coarser than the time.
-    const auto earlier = [](const auto &a, const auto &b) { return a->playTime() < b->playTime(); };
-    if (!std::is_sorted(lines->cbegin(), lines->cend(), earlier))
-        std::stable_sort(lines->begin(), lines->end(), earlier);
+    sortByPlayTime(*lines);
     lines->squeeze();
     m_aryLines = lines;
 }

@@ -10,13 +10,13 @@
 QVSongLine::QVSongLine() = default;
 
 QVSongLine::QVSongLine(const QVSongLine &other)
-    : m_text(other.m_text)
-    , m_sliceBegin(other.m_sliceBegin)
-    , m_sliceLength(other.m_sliceLength)
+    : m_isProperty(other.m_isProperty)
+    , m_textIsSlice(other.m_textIsSlice)
+    , m_textView(other.m_textView)
     , m_txtRg(other.m_txtRg)
     , m_ownTimes(other.times())
+    , m_text(other.m_text)
     , m_propertyStr(other.m_propertyStr)
-    , m_isProperty(other.m_isProperty)
 {
 }
 
@@ -25,7 +25,7 @@ QVSongLine::~QVSongLine() = default;
 std::shared_ptr<QVSongLine> QVSongLine::emptyLine()
 {
     auto line = std::make_shared<QVSongLine>();
-    line->m_text = QLatin1StringView("");
+    line->setText(QStringLiteral(""));
     return line;
 }
 
@@ -56,17 +56,17 @@ void QVSongLine::setAryTimes(std::shared_ptr<QVTimeList> times)
 
 QString QVSongLine::lineText() const
 {
-    if (m_sliceLength != WholeText) {
-        m_text = QString(m_text.constData() + m_sliceBegin, m_sliceLength);
-        m_sliceLength = WholeText;
+    if (m_textIsSlice) {
+        m_text = m_textView.toString();
+        m_textView = m_text;
+        m_textIsSlice = false;
     }
     return m_text;
 }
 
 void QVSongLine::setLineText(const QString &text)
 {
-    m_text = ownedString(text);
-    m_sliceLength = WholeText;
+    setText(ownedString(text));
 }
 
 double QVSongLine::playTime() const
@@ -94,8 +94,8 @@ bool QVSongLine::isEqual(const QVSongLine *other) const
     if (!other || m_isProperty != other->m_isProperty)
         return false;
     if (m_isProperty)
-        return equal(m_propertyStr, other->m_propertyStr) && equal(text(), other->text());
-    return times() == other->times() && equal(text(), other->text());
+        return equal(m_propertyStr, other->m_propertyStr) && equal(m_textView, other->m_textView);
+    return times() == other->times() && equal(m_textView, other->m_textView);
 }
 
 QString QVSongLine::description() const
@@ -110,7 +110,7 @@ QString QVSongLine::description() const
     }
     return QStringLiteral("%1 | {%2, %3} | %4\n")
         .arg(shownTimes, QString::number(m_txtRg.location), QString::number(m_txtRg.length),
-             shownText(text()));
+             shownText(m_textView));
 }
 
 void QVSongLine::shiftAllTime(qint64 milliseconds)

@@ -8,6 +8,7 @@
 #include <QVSongLrc/QVSongLine.h>
 
 #include <algorithm>
+#include <cstring>
 
 /// What stands in a text for an absent string.
 inline QStringView shownText(QStringView text)
@@ -31,30 +32,24 @@ inline qint64 QVSongLine::firstTime() const
     return list.isEmpty() ? 0 : list.front();
 }
 
-/// lineText() without making it a string of the line's own; null when absent.
-inline QStringView QVSongLine::text() const
+inline void QVSongLine::setText(const QString &text)
 {
-    const QStringView all(m_text);
-    return m_sliceLength == WholeText ? all : all.sliced(m_sliceBegin, m_sliceLength);
+    m_text = text;
+    m_textView = m_text;
+    m_textIsSlice = false;
 }
 
-inline void QVSongLine::setTextSlice(const QString &source, qsizetype begin, qsizetype length)
+/// Lets the text be a part of \p source, which the line keeps.
+inline void QVSongLine::setTextSlice(const QString &source, QStringView slice)
 {
     m_text = source;
-    m_sliceBegin = begin;
-    m_sliceLength = length;
-}
-
-/// Lets the text, if it is a slice, be the same characters at \p begin of \p source.
-inline void QVSongLine::moveTextSlice(const QString &source, qsizetype begin)
-{
-    if (m_sliceLength != WholeText)
-        setTextSlice(source, begin, m_sliceLength);
+    m_textView = slice;
+    m_textIsSlice = true;
 }
 
 inline qsizetype QVSongLine::displayLength() const
 {
-    const qsizetype textLength = shownText(text()).size();
+    const qsizetype textLength = shownText(m_textView).size();
     if (m_isProperty)
         return shownText(m_propertyStr).size() + textLength + 3;
     qsizetype length = textLength;
@@ -65,7 +60,16 @@ inline qsizetype QVSongLine::displayLength() const
 
 inline char16_t *writeText(char16_t *out, QStringView text)
 {
-    return std::copy_n(text.utf16(), text.size(), out);
+    // Most texts are short: blocks of 16 bytes, the last one overlapping, cost less than a call.
+    const char16_t *const from = text.utf16();
+    const qsizetype length = text.size();
+    if (length >= 8 && length <= 64) {
+        for (qsizetype i = 0; i + 8 <= length; i += 8)
+            std::memcpy(out + i, from + i, 16);
+        std::memcpy(out + length - 8, from + length - 8, 16);
+        return out + length;
+    }
+    return std::copy_n(from, length, out);
 }
 
 /// Writes displayText(), displayLength() code units, and answers the place after it.
@@ -75,11 +79,11 @@ inline char16_t *QVSongLine::writeDisplayText(char16_t *out) const
         *out++ = u'[';
         out = writeText(out, shownText(m_propertyStr));
         *out++ = u':';
-        out = writeText(out, shownText(text()));
+        out = writeText(out, shownText(m_textView));
         *out++ = u']';
         return out;
     }
     for (const qint64 time : times())
         out = TimeText::writeTag(out, time);
-    return writeText(out, shownText(text()));
+    return writeText(out, shownText(m_textView));
 }

@@ -3,6 +3,7 @@
 
 #include <QStringView>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -22,37 +23,44 @@ inline constexpr qsizetype TwoDigitTagLength = 10;
 /// Writes the tag of a time outside 0 to TwoDigitLimit and answers the place after it.
 char16_t *writeUnusualTag(char16_t *out, qint64 milliseconds);
 
-inline constexpr auto TwoDigits = [] {
-    std::array<std::array<char16_t, 2>, 100> table{};
-    for (std::size_t i = 0; i < table.size(); ++i)
-        table[i] = {char16_t(u'0' + i / 10), char16_t(u'0' + i % 10)};
+/// Every two-digit field with what stands around it, so that writing a tag is three copies.
+template <std::size_t N>
+using FieldTable = std::array<std::array<char16_t, N>, 100>;
+
+template <std::size_t N>
+consteval FieldTable<N - 1> fieldTable(const char16_t (&form)[N], std::size_t digits)
+{
+    FieldTable<N - 1> table{};
+    for (std::size_t value = 0; value < table.size(); ++value) {
+        std::copy_n(form, N - 1, table[value].begin());
+        table[value][digits] = char16_t(u'0' + value / 10);
+        table[value][digits + 1] = char16_t(u'0' + value % 10);
+    }
     return table;
-}();
+}
+
+inline constexpr auto MinuteFields = fieldTable(u"[mm:", 1);
+inline constexpr auto SecondFields = fieldTable(u"ss", 0);
+inline constexpr auto HundredthFields = fieldTable(u".xx]", 1);
 
 /// Writes the tag of a time and answers the place after it; at most MaxTagLength code units.
 inline char16_t *writeTag(char16_t *out, qint64 milliseconds)
 {
-    if (milliseconds < 0 || milliseconds >= TwoDigitLimit)
+    if (quint64(milliseconds) >= quint64(TwoDigitLimit))
         return writeUnusualTag(out, milliseconds);
-    const auto hundredths = quint32(milliseconds) / 10; // the last digit is dropped, not rounded
+    const quint32 hundredths = quint32(milliseconds) / 10; // the last digit is dropped, not rounded
+    const quint32 minutes = hundredths / 6000;
     const quint32 seconds = hundredths / 100;
-    const auto write = [](char16_t *at, quint32 field) {
-        std::memcpy(at, TwoDigits[field].data(), sizeof(TwoDigits[field]));
-    };
-    out[0] = u'[';
-    write(out + 1, seconds / 60);
-    out[3] = u':';
-    write(out + 4, seconds % 60);
-    out[6] = u'.';
-    write(out + 7, hundredths % 100);
-    out[9] = u']';
+    std::memcpy(out, MinuteFields[minutes].data(), sizeof(MinuteFields[0]));
+    std::memcpy(out + 4, SecondFields[seconds - minutes * 60].data(), sizeof(SecondFields[0]));
+    std::memcpy(out + 6, HundredthFields[hundredths - seconds * 100].data(), sizeof(HundredthFields[0]));
     return out + TwoDigitTagLength;
 }
 
 /// The length of what writeTag() writes.
 inline qsizetype tagLength(qint64 milliseconds)
 {
-    if (milliseconds >= 0 && milliseconds < TwoDigitLimit)
+    if (quint64(milliseconds) < quint64(TwoDigitLimit))
         return TwoDigitTagLength;
     char16_t tag[MaxTagLength];
     return writeUnusualTag(tag, milliseconds) - tag;

@@ -106,23 +106,21 @@ private:
     const std::shared_ptr<QVTimeList> &sharedTimes() const;
     qint64 firstTime() const;
 
-    QStringView text() const;
-    void setTextSlice(const QString &source, qsizetype begin, qsizetype length);
-    void moveTextSlice(const QString &source, qsizetype begin);
+    void setText(const QString &text);
+    void setTextSlice(const QString &source, QStringView slice);
 
     qsizetype displayLength() const;
     char16_t *writeDisplayText(char16_t *out) const;
 
-    static constexpr qsizetype WholeText = -1;
-
-    mutable QString m_text; // the text, or what the text is a slice of
-    mutable qsizetype m_sliceBegin = 0;
-    mutable qsizetype m_sliceLength = WholeText;
-    QVTextRange m_txtRg;
-    mutable QVTimeList m_ownTimes; // the times, until a list is handed out or set
-    mutable std::shared_ptr<QVTimeList> m_sharedTimes;
-    QString m_propertyStr;
+    // What writing a line touches comes first, to lie in as few cache lines as may be.
     bool m_isProperty = false;
+    mutable bool m_textIsSlice = false;
+    mutable QStringView m_textView; // the text, in m_text
+    QVTextRange m_txtRg;
+    mutable std::shared_ptr<QVTimeList> m_sharedTimes;
+    mutable QVTimeList m_ownTimes; // the times, until a list is handed out or set
+    mutable QString m_text;        // the text, or what the text is a slice of
+    QString m_propertyStr;
 };
 
 Q_DECLARE_TYPEINFO(std::shared_ptr<QVSongLine>, Q_RELOCATABLE_TYPE);

@@ -1,0 +1,246 @@
+// SPDX-License-Identifier: MIT
+
+// What the documents cost, each beside its floor (see Floor.h); bench/ratios.py reads the results.
+
+#include "Floor.h"
+
+#include <QVSongLrc/QVSongLrc.h>
+
+#include <benchmark/benchmark.h>
+
+#include <malloc.h>
+
+#include <array>
+#include <numeric>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// A text like usual lyrics: lines in order of time, every eighth sung again a minute later. Times end at 100
+// minutes, so the longer the text, the closer the lines.
+QString lyricText(qsizetype lines)
+{
+    static const std::array<QString, 5> words{
+        u"Should old acquaintance be forgot"_s, u"and never brought to mind?"_s,
+        u"For auld lang syne, my dear"_s, u"Во поле берёза стояла"_s, u"さくら さくら やよいの空は"_s};
+    QString text;
+    for (qsizetype i = 0; i < lines; ++i) {
+        const qint64 time = i * std::min<qint64>(2'350, 5'900'000 / lines);
+        text += QVUtils::getTimeIntervalPeerStr(time);
+        if (i % 8 == 0)
+            text += QVUtils::getTimeIntervalPeerStr(time + 61'230);
+        text += words[std::size_t(i) % words.size()] + u'\n';
+    }
+    return text;
+}
+
+const QString &lyric(const benchmark::State &state)
+{
+    static std::map<qint64, QString> texts;
+    QString &text = texts[state.range(0)];
+    if (text.isNull())
+        text = lyricText(state.range(0));
+    return text;
+}
+
+void countLines(benchmark::State &state)
+{
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void build(benchmark::State &state)
+{
+    const QString &text = lyric(state);
+    for (auto _ : state) {
+        QVEditSong song;
+        song.buildWithLrcText(text);
+        benchmark::DoNotOptimize(song.aryLines());
+    }
+    countLines(state);
+}
+
+void buildFloor(benchmark::State &state)
+{
+    const QString &text = lyric(state);
+    for (auto _ : state) {
+        const Floor::Document document = Floor::build(text);
+        benchmark::DoNotOptimize(document.lines.constData());
+    }
+    countLines(state);
+}
+
+void buildPreview(benchmark::State &state)
+{
+    const QString &text = lyric(state);
+    for (auto _ : state) {
+        QVPreviewSong preview;
+        preview.buildWithLrcText(text);
+        benchmark::DoNotOptimize(preview.aryLines());
+    }
+    countLines(state);
+}
+
+void serialise(benchmark::State &state)
+{
+    QVEditSong song;
+    song.buildWithLrcText(lyric(state));
+    for (auto _ : state) {
+        song.updateSongText();
+        benchmark::DoNotOptimize(song);
+    }
+    countLines(state);
+}
+
+void serialiseFloor(benchmark::State &state)
+{
+    QVEditSong song;
+    song.buildWithLrcText(lyric(state));
+    const QString text = song.songText();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(Floor::copyWithRanges(*song.aryLines(), text).constData());
+    countLines(state);
+}
+
+template <bool HasTag>
+void previewText(benchmark::State &state)
+{
+    QVPreviewSong preview;
+    preview.buildWithLrcText(lyric(state));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(preview.previewSongTextWithHasTag(HasTag).constData());
+    countLines(state);
+}
+
+template <bool HasTag>
+void previewTextFloor(benchmark::State &state)
+{
+    QVPreviewSong preview;
+    preview.buildWithLrcText(lyric(state));
+    const QString text = preview.previewSongTextWithHasTag(HasTag);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(Floor::copyWithRanges(*preview.aryLines(), text).constData());
+    countLines(state);
+}
+
+// Every second line of a document goes.
+template <typename Delete>
+void deleteHalf(benchmark::State &state, Delete deleteLines)
+{
+    std::vector<qsizetype> indexes(std::size_t(state.range(0) / 2));
+    std::iota(indexes.begin(), indexes.end(), 0);
+    for (qsizetype &index : indexes)
+        index *= 2;
+    const std::set<quint64> set(indexes.begin(), indexes.end());
+    for (auto _ : state) {
+        state.PauseTiming();
+        QVEditSong song;
+        song.buildWithLrcText(lyric(state));
+        state.ResumeTiming();
+        deleteLines(song, set, indexes);
+        benchmark::DoNotOptimize(song.aryLines());
+        state.PauseTiming();
+        song.aryLines()->clear();
+        state.ResumeTiming();
+    }
+    countLines(state);
+}
+
+void deleteSet(benchmark::State &state)
+{
+    deleteHalf(state, [](QVEditSong &song, const auto &set, const auto &) { song.deleteLineAtIndexs(set); });
+}
+
+void deleteSetFloor(benchmark::State &state)
+{
+    deleteHalf(state, [](QVEditSong &song, const auto &, const auto &indexes) {
+        *song.aryLines() = Floor::without(*song.aryLines(), indexes);
+    });
+}
+
+// Bytes in use by the heap.
+double heapBytes()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return double(info.uordblks + info.hblkhd);
+}
+
+void memory(benchmark::State &state)
+{
+    const QString &text = lyric(state);
+    for (auto _ : state) {
+        const double before = heapBytes();
+        QVEditSong song;
+        song.buildWithLrcText(text);
+        const double document = heapBytes() - before;
+        const double songText = double(song.songText().size()) * sizeof(char16_t);
+        state.counters["bytes_per_line"] = (document - songText) / double(song.aryLines()->size());
+    }
+}
+
+void hostile(benchmark::State &state, const QString &piece)
+{
+    const qsizetype size = state.range(0) * 1024;
+    const QString text = piece.repeated(size / piece.size());
+    for (auto _ : state) {
+        QVEditSong song;
+        song.buildWithLrcText(text);
+        QVPreviewSong preview;
+        preview.buildWithLrcText(text);
+        benchmark::DoNotOptimize(song.aryLines());
+        benchmark::DoNotOptimize(preview.aryLines());
+    }
+    state.SetItemsProcessed(state.iterations() * text.size());
+}
+
+// What the hostile texts are measured against: the same work on a lyric, a character an item.
+void usual(benchmark::State &state)
+{
+    const QString text = lyricText(state.range(0) * 1024 / 34).first(state.range(0) * 1024 * 9 / 10);
+    hostile(state, text);
+}
+
+const std::pair<const char *, QString> HostilePieces[] = {
+    {"spaces", u" "_s},   {"property_keys", u"[aa:"_s}, {"time_starts", u"[00:00.0"_s},
+    {"brackets", u"["_s}, {"cjk", u"春高楼の花の宴"_s},
+};
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    // The heap keeps its pages: what is measured is the library, not how the kernel hands pages out.
+    mallopt(M_MMAP_MAX, 0);
+    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+
+    const auto perDocument = [](const char *name, void (*run)(benchmark::State &)) {
+        benchmark::RegisterBenchmark(name, run)->Arg(63)->Arg(4'000)->Arg(300'000);
+    };
+    perDocument("build", build);
+    perDocument("build_floor", buildFloor);
+    perDocument("build_preview", buildPreview);
+    perDocument("serialise", serialise);
+    perDocument("serialise_floor", serialiseFloor);
+    perDocument("preview_tags", previewText<true>);
+    perDocument("preview_tags_floor", previewTextFloor<true>);
+    perDocument("preview_bare", previewText<false>);
+    perDocument("preview_bare_floor", previewTextFloor<false>);
+    benchmark::RegisterBenchmark("delete_set", deleteSet)->Arg(100'000)->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("delete_set_floor", deleteSetFloor)
+        ->Arg(100'000)
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("memory", memory)->Arg(300'000)->Iterations(1);
+    benchmark::RegisterBenchmark("usual", usual)->Arg(256);
+    for (const auto &[name, piece] : HostilePieces) {
+        benchmark::RegisterBenchmark((std::string("hostile_") + name).c_str(), hostile, piece)
+            ->Arg(64)
+            ->Arg(128)
+            ->Arg(256);
+    }
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 2;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

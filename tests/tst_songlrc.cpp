@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: MIT
+
+// The command line, run as a person runs it.
+
+#include "Cases.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QTemporaryDir>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Run
+{
+    int status = -1;
+    QByteArray output;
+    QByteArray error;
+};
+
+Run run(const QString &program, const QStringList &arguments, const QByteArray &input = {})
+{
+    QProcess process;
+    process.start(program, arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    process.waitForFinished();
+    const bool exited = process.exitStatus() == QProcess::NormalExit;
+    return {exited ? process.exitCode() : -1, process.readAllStandardOutput(),
+            process.readAllStandardError()};
+}
+
+Run songlrc(const QStringList &arguments, const QByteArray &input = {})
+{
+    return run(QStringLiteral(SONGLRC), arguments, input);
+}
+
+bool isOneLineOfError(const QByteArray &error)
+{
+    return error.startsWith("songlrc: ") && error.indexOf('\n') == error.size() - 1;
+}
+
+} // namespace
+
+class TestSonglrc : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void prints_data() { addCases("songlrc", "prints"); }
+    void prints()
+    {
+        QFETCH(const QJsonArray, row);
+        const Run result = songlrc(strings(row[1]), row[2].toString().toUtf8());
+        QCOMPARE(result.output, row[3].toString().toUtf8());
+        QCOMPARE(result.error, QByteArray());
+        QCOMPARE(result.status, 0);
+    }
+
+    void refuses_data() { addCases("songlrc", "refuses"); }
+    void refuses()
+    {
+        QFETCH(const QJsonArray, row);
+        const Run result = songlrc(strings(row[2]), row[3].toString().toLatin1());
+        QCOMPARE(result.status, row[1].toInt());
+        QCOMPARE(result.output, QByteArray());
+        QVERIFY2(isOneLineOfError(result.error), result.error.constData());
+        QVERIFY2(!QFileInfo(u"/dev/full"_s).isFile(), "the device was replaced by a file");
+    }
+
+    void compares()
+    {
+        const QString a = makeFile(u"a.lrc"_s, "[ti:A]\n[0:1.0]x");
+        const QString b = makeFile(u"b.lrc"_s, "[ti:A]\n\n[00:01.00]x\n");
+        const QString c = makeFile(u"c.lrc"_s, "[ti:A]\n[00:01.01]x\n");
+        QCOMPARE(songlrc({u"compare"_s, a, b}).status, 0);
+        QCOMPARE(songlrc({u"compare"_s, a, c}).status, 1);
+        QCOMPARE(songlrc({u"compare"_s, a, file(u"none"_s)}).status, 3);
+    }
+
+    void goesOnAfterAFileThatFails()
+    {
+        const QString good = makeFile(u"good.lrc"_s, "[00:01.00]x");
+        for (const QString &command : {u"parse"_s, u"preview"_s}) {
+            const Run result = songlrc({command, u"--json"_s, good, file(u"none"_s), good});
+            QCOMPARE(result.status, 3);
+            QVERIFY2(isOneLineOfError(result.error), result.error.constData());
+            const QByteArrayList lines = result.output.split('\n');
+            QCOMPARE(lines.size(), 4);
+            QCOMPARE(lines[0], lines[2]);
+            QCOMPARE(QJsonDocument::fromJson(lines[0])[u"lines"].toArray().size(), 1);
+            QCOMPARE(QJsonDocument::fromJson(lines[1])[u"error"][u"code"].toInt(), 3);
+            QCOMPARE(QJsonDocument::fromJson(lines[1])[u"file"].toString(), file(u"none"_s));
+        }
+    }
+
+    // Title and number of lines, timed lines and property lines among them, as one counts them in the file.
+    void readsSamples_data() { addCases("songlrc", "samples"); }
+    void readsSamples()
+    {
+        QFETCH(const QJsonArray, row);
+        const Run result =
+            songlrc({u"parse"_s, u"--json"_s, QStringLiteral(SAMPLES "/") + row[0].toString()});
+        const QJsonArray lines = QJsonDocument::fromJson(result.output)[u"lines"].toArray();
+        int timed = 0;
+        int properties = 0;
+        QString title;
+        for (const QJsonValue &line : lines) {
+            timed += !line[u"aryTimes"].toArray().isEmpty();
+            properties += line[u"isProperty"].toBool();
+            if (line[u"propertyStr"].toString() == u"ti")
+                title = line[u"lineText"].toString();
+        }
+        QCOMPARE((QJsonArray{row[0], title, lines.size(), timed, properties}), row);
+    }
+
+    void keepsTheEncoding_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QFile shiftJis(QStringLiteral(SAMPLES "/sakura-sakura.lrc"));
+        QVERIFY(shiftJis.open(QIODevice::ReadOnly));
+        QTest::newRow("Shift_JIS") << shiftJis.readAll();
+        QTest::newRow("UTF-8") << QByteArray("[ti:\u6b4c\U0001F3B5]\n[00:01.00]\u00e9\r\n");
+        QTest::newRow("UTF-8 with a mark") << QByteArray("\ufeff[ti:\u6b4c]\n");
+        QTest::newRow("UTF-16LE") << QByteArray("\xFF\xFE\x4C\x6B\x3C\xD8\xB5\xDF\n\0", 10);
+        QTest::newRow("UTF-16BE") << QByteArray("\xFE\xFF\x6B\x4C\xD8\x3C\xDF\xB5\0\n", 10);
+        QTest::newRow("NUL") << QByteArray("[00:01.00]a\0b\n", 14);
+    }
+    void keepsTheEncoding()
+    {
+        QFETCH(const QByteArray, bytes);
+        const QString song = makeFile(u"song.lrc"_s, bytes);
+        QCOMPARE(songlrc({u"format"_s, song, u"-o"_s, file(u"written.lrc"_s)}).status, 0);
+        QCOMPARE(content(u"written.lrc"_s), bytes);
+        QCOMPARE(songlrc({u"shift"_s, u"--by"_s, u"0"_s, u"--in-place"_s, song}).status, 0);
+        QCOMPARE(content(u"song.lrc"_s), bytes);
+    }
+
+    void readsAndWritesNamedEncodings()
+    {
+        const QStringList recode{u"format"_s, u"--encoding"_s, u"koi8-r"_s, u"--output-encoding"_s,
+                                 u"cp1251"_s, u"-"_s};
+        QCOMPARE(songlrc(recode, "[ti:\xF0\xC5\xD3\xCE\xD1]").output,
+                 QByteArray("[ti:\xCF\xE5\xF1\xED\xFF]\n"));
+        QCOMPARE(songlrc({u"format"_s, u"--output-encoding"_s, u"utf-16"_s, u"-"_s}, "x").output,
+                 QByteArray("\xFF\xFEx\0\n\0", 6));
+    }
+
+    void leavesTheOldFileWhenItCannotWrite()
+    {
+        const QByteArray old = "[00:01.00]" + QByteArray("x").repeated(100'000) + "\n";
+        const QString song = makeFile(u"old.lrc"_s, old);
+        const auto shell = [&song](const QString &script) {
+            return run(u"/bin/sh"_s, {u"-c"_s, script, QStringLiteral(SONGLRC), song});
+        };
+        // A limit on the size of files stands in for a disk that fills up.
+        const Run full = shell(u"trap '' XFSZ; ulimit -f 8; exec \"$0\" mark --in-place \"$1\""_s);
+        QCOMPARE(full.status, 3);
+        QVERIFY2(isOneLineOfError(full.error), full.error.constData());
+        QCOMPARE(content(u"old.lrc"_s), old);
+        QCOMPARE(QDir(m_directory.path()).entryList({u"old.lrc*"_s}), QStringList{u"old.lrc"_s});
+
+        const Run lost = shell(u"exec \"$0\" parse \"$1\" >/dev/full"_s);
+        QCOMPARE(lost.status, 3);
+        QVERIFY2(isOneLineOfError(lost.error), lost.error.constData());
+    }
+
+    void writesThroughLinks()
+    {
+        const QString song = makeFile(u"linked.lrc"_s, "[0:1.0]x");
+        QVERIFY(QFile::setPermissions(song, QFileDevice::ReadOwner | QFileDevice::WriteOwner));
+        QVERIFY(QFile::link(song, file(u"link.lrc"_s)));
+        QCOMPARE(songlrc({u"format"_s, u"--in-place"_s, file(u"link.lrc"_s)}).status, 0);
+        QVERIFY(QFileInfo(file(u"link.lrc"_s)).isSymLink());
+        QCOMPARE(content(u"linked.lrc"_s), QByteArray("[00:01.00]x\n"));
+        QVERIFY(!(QFile::permissions(song) & QFileDevice::ReadOther));
+    }
+
+private:
+    QString file(const QString &name) const { return m_directory.filePath(name); }
+    QString makeFile(const QString &name, const QByteArray &bytes) const
+    {
+        QFile made(file(name));
+        if (!made.open(QIODevice::WriteOnly) || made.write(bytes) != bytes.size())
+            qFatal("can't write %s", qPrintable(made.fileName()));
+        return made.fileName();
+    }
+    QByteArray content(const QString &name) const
+    {
+        QFile made(file(name));
+        return made.open(QIODevice::ReadOnly) ? made.readAll() : QByteArray("(not there)");
+    }
+
+    QTemporaryDir m_directory;
+};
+
+QTEST_GUILESS_MAIN(TestSonglrc)
+#include "tst_songlrc.moc"

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+/// What a run of the program ends with.
+enum ExitStatus {
+    Done = 0,
+    NegativeAnswer = 1, ///< the documents differ
+    WrongUsage = 2,
+    FileFailed = 3, ///< a file could not be read or written
+};
+
+/// Prints "songlrc: " and the message on standard error, in one line.
+void reportError(const QString &message);
+
+/// What the command line said; each command reads what concerns it.
+struct Options
+{
+    QStringList files;
+    QByteArray encoding;       ///< to read files in; empty: their own
+    QByteArray outputEncoding; ///< to write in; empty: that of the file read, on standard output UTF-8
+    QString output = QStringLiteral("-");
+    bool inPlace = false;
+    bool json = false;
+    bool noTags = false;
+    qint64 milliseconds = 0;
+};
+
+/// The commands, each answering the exit status. A file that fails among several is reported and the others
+/// are done.
+namespace Commands {
+
+ExitStatus parse(const Options &options);
+ExitStatus format(const Options &options);
+ExitStatus preview(const Options &options);
+ExitStatus shift(const Options &options);
+ExitStatus mark(const Options &options);
+ExitStatus compare(const Options &options);
+
+} // namespace Commands
