@@ -79,7 +79,7 @@ QByteArrayList likelyEncodings(const QByteArray &bytes)
     return names;
 }
 
-DecodedText withoutMark(QString text, const QByteArray &name)
+DecodedText withoutMark(const QString &text, const QByteArray &name)
 {
     const bool hasMark = text.startsWith(QChar(ByteOrderMark));
     return {hasMark ? text.sliced(1) : text, {name, hasMark}};

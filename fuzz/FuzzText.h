@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
+
+/// The input as code units in the machine's order, an odd byte at the end left out.
+inline QString fuzzText(const std::uint8_t *data, std::size_t size)
+{
+    QString text(qsizetype(size / sizeof(char16_t)), Qt::Uninitialized);
+    if (!text.isEmpty())
+        std::memcpy(text.data(), data, std::size_t(text.size()) * sizeof(char16_t));
+    return text;
+}
+
+inline void require(bool holds)
+{
+    if (!holds)
+        std::abort();
+}

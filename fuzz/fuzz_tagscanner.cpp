@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+
+// The tag scanner finds what ICU's regular expressions find, on any code units.
+
+#include "../tests/IcuTags.h"
+#include "FuzzText.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    const QString text = fuzzText(data, size);
+    require(scannedPropertyTags(text) == IcuTags::property().in(text));
+    require(scannedTimeTags(text) == IcuTags::time().in(text));
+    return 0;
+}
