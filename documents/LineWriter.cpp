@@ -3,6 +3,8 @@
 
 #include "../model/QVSongLine_p.h"
 
+#include <limits>
+
 namespace {
 
 // Visits the lines that are there. They lie all over the heap, and in play order not even ascending, so a
@@ -43,30 +45,51 @@ QString LineWriter::write(const QVSongLineList &lines, Length length, Write writ
     return text;
 }
 
+qsizetype LineWriter::displayLength(const QVSongLine &line)
+{
+    return line.displayLength();
+}
+
+// Writes the display text at `at`, a place in `text`; a text that is a slice is one of `text` from now on.
+char16_t *LineWriter::writeAndSlice(QVSongLine &line, char16_t *at, const QString &text)
+{
+    char16_t *const end = line.writeDisplayText(at);
+    if (line.m_textIsSlice) {
+        const qsizetype length = line.m_textView.size();
+        const qsizetype tagsLength = end - at - length;
+        line.setTextSlice(text, {end - (line.m_isProperty ? 1 : 0) - length, length});
+        // A list that the host holds may change unseen, so tags are remembered for the line's own times only.
+        if (!line.m_isProperty && !line.m_sharedTimes && tagsLength <= std::numeric_limits<quint32>::max())
+            line.m_tagsLength = quint32(tagsLength);
+    }
+    return end;
+}
+
 QString LineWriter::writeSongText(const QVSongLineList &lines)
 {
-    return write(
-        lines, [](const QVSongLine &line) { return line.displayLength(); },
-        [](QVSongLine &line, char16_t *at, const QString &text, qsizetype location) {
-            char16_t *const end = line.writeDisplayText(at);
-            line.m_txtRg = {quint64(location), quint64(end - at)};
-            if (line.m_textIsSlice) {
-                const qsizetype length = line.m_textView.size();
-                line.setTextSlice(text, {end - (line.m_isProperty ? 1 : 0) - length, length});
-            }
-            return end;
-        });
+    return write(lines, displayLength,
+                 [](QVSongLine &line, char16_t *at, const QString &text, qsizetype location) {
+                     char16_t *const end = writeAndSlice(line, at, text);
+                     line.m_txtRg = {quint64(location), quint64(end - at)};
+                     return end;
+                 });
+}
+
+void LineWriter::gatherTexts(const QVSongLineList &lines)
+{
+    write(lines, displayLength, [](QVSongLine &line, char16_t *at, const QString &text, qsizetype) {
+        return writeAndSlice(line, at, text);
+    });
 }
 
 QString LineWriter::writeDisplayTexts(const QVSongLineList &lines)
 {
-    return write(
-        lines, [](const QVSongLine &line) { return line.displayLength(); },
-        [](QVSongLine &line, char16_t *at, const QString &, qsizetype location) {
-            char16_t *const end = line.writeDisplayText(at);
-            line.m_txtRg = {quint64(location), quint64(end - at)};
-            return end;
-        });
+    return write(lines, displayLength,
+                 [](QVSongLine &line, char16_t *at, const QString &, qsizetype location) {
+                     char16_t *const end = line.writeDisplayText(at);
+                     line.m_txtRg = {quint64(location), quint64(end - at)};
+                     return end;
+                 });
 }
 
 QString LineWriter::writeLineTexts(const QVSongLineList &lines)

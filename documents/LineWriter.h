@@ -4,8 +4,8 @@
 #include <QVSongLrc/QVSongLine.h>
 
 /// Writes the lines of a document as one text, a line feed after each, and sets every line's range to its
-/// place there. The text is measured first and then written once. Absent lines in a list of the host's write
-/// nothing.
+/// place there, but for gatherTexts(). The text is measured first and then written once. Absent lines in a
+/// list of the host's write nothing.
 class LineWriter
 {
 public:
@@ -13,6 +13,9 @@ public:
 
     /// The display texts. Lines that slice an older text slice the new one from now on.
     static QString writeSongText(const QVSongLineList &lines);
+
+    /// The display texts, for the lines to slice and for nothing else: their ranges stay.
+    static void gatherTexts(const QVSongLineList &lines);
 
     /// The display texts; the lines keep the text that they slice.
     static QString writeDisplayTexts(const QVSongLineList &lines);
@@ -23,4 +26,6 @@ public:
 private:
     template <typename Length, typename Write>
     static QString write(const QVSongLineList &lines, Length length, Write write);
+    static qsizetype displayLength(const QVSongLine &line);
+    static char16_t *writeAndSlice(QVSongLine &line, char16_t *at, const QString &text);
 };

@@ -54,7 +54,8 @@ void QVPreviewSong::setTagSongText(const QString &text)
 
 void QVPreviewSong::buildWithLrcText(const QString &text)
 {
-    const QString source = ownedString(text);
+    // The lines slice the caller's text only until their texts are gathered, in play order.
+    const QString source = QString::fromRawData(text.constData(), text.size());
     const auto lines = std::make_shared<QVSongLineList>();
     const auto appendLine = [&](QStringView lineText, qint64 milliseconds) -> QVSongLine & {
         QVSongLine &line = *lines->emplaceBack(std::make_shared<QVSongLine>());
@@ -99,6 +100,7 @@ void QVPreviewSong::buildWithLrcText(const QString &text)
         });
 
     sortByPlayTime(*lines);
+    LineWriter::gatherTexts(*lines);
     lines->squeeze();
     m_aryLines = lines;
 }

@@ -12,6 +12,7 @@ QVSongLine::QVSongLine() = default;
 QVSongLine::QVSongLine(const QVSongLine &other)
     : m_isProperty(other.m_isProperty)
     , m_textIsSlice(other.m_textIsSlice)
+    , m_tagsLength(other.m_tagsLength)
     , m_textView(other.m_textView)
     , m_txtRg(other.m_txtRg)
     , m_ownTimes(other.times())
@@ -33,6 +34,7 @@ std::shared_ptr<QVSongLine> QVSongLine::emptyLine()
 // stack, and two lines that swap their lists would keep each other alive for ever.
 const std::shared_ptr<QVTimeList> &QVSongLine::sharedTimes() const
 {
+    m_tagsLength = 0;
     if (!m_sharedTimes)
         m_sharedTimes = std::make_shared<QVTimeList>(std::move(m_ownTimes));
     return m_sharedTimes;
@@ -50,6 +52,7 @@ std::shared_ptr<const QVTimeList> QVSongLine::aryTimes() const
 
 void QVSongLine::setAryTimes(std::shared_ptr<QVTimeList> times)
 {
+    m_tagsLength = 0;
     m_ownTimes.clear();
     m_sharedTimes = std::move(times);
 }
@@ -60,6 +63,7 @@ QString QVSongLine::lineText() const
         m_text = m_textView.toString();
         m_textView = m_text;
         m_textIsSlice = false;
+        m_tagsLength = 0;
     }
     return m_text;
 }

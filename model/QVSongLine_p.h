@@ -23,6 +23,7 @@ inline const QVTimeList &QVSongLine::times() const
 
 inline QVTimeList &QVSongLine::times()
 {
+    m_tagsLength = 0; // the caller is about to change the times
     return m_sharedTimes ? *m_sharedTimes : m_ownTimes;
 }
 
@@ -37,6 +38,7 @@ inline void QVSongLine::setText(const QString &text)
     m_text = text;
     m_textView = m_text;
     m_textIsSlice = false;
+    m_tagsLength = 0;
 }
 
 /// Lets the text be a part of \p source, which the line keeps.
@@ -45,6 +47,7 @@ inline void QVSongLine::setTextSlice(const QString &source, QStringView slice)
     m_text = source;
     m_textView = slice;
     m_textIsSlice = true;
+    m_tagsLength = 0;
 }
 
 inline qsizetype QVSongLine::displayLength() const
@@ -52,7 +55,9 @@ inline qsizetype QVSongLine::displayLength() const
     const qsizetype textLength = shownText(m_textView).size();
     if (m_isProperty)
         return shownText(m_propertyStr).size() + textLength + 3;
-    qsizetype length = textLength;
+    qsizetype length = m_tagsLength + textLength;
+    if (m_tagsLength > 0)
+        return length;
     for (const qint64 time : times())
         length += TimeText::tagLength(time);
     return length;
@@ -83,6 +88,8 @@ inline char16_t *QVSongLine::writeDisplayText(char16_t *out) const
         *out++ = u']';
         return out;
     }
+    if (m_tagsLength > 0) // the tags have been written before: all is one piece
+        return writeText(out, {m_textView.data() - m_tagsLength, m_textView.size() + m_tagsLength});
     for (const qint64 time : times())
         out = TimeText::writeTag(out, time);
     return writeText(out, shownText(m_textView));

@@ -5,6 +5,7 @@
 
 #include <QTranslator>
 
+#include <functional>
 #include <limits>
 #include <stdexcept>
 
@@ -129,6 +130,39 @@ private Q_SLOTS:
             QCOMPARE(document->songText(),
                      u"[ar:Longer]\n[00:01.00][00:-1.-50][100:00.00]x\n[00:02.00](null)\n"_s);
             QVERIFY(rangesFit(*document));
+        }
+    }
+
+    // Lines remember where their tags stand in the song text; no way to change a line may miss that.
+    void showsEveryChange()
+    {
+        const std::pair<std::function<void(QVSongLine &)>, QString> changes[] = {
+            {[](QVSongLine &line) { line.appendTime(3'000); }, u"[00:01.00][00:02.00][00:03.00]x"_s},
+            {[](QVSongLine &line) { line.shiftAllTime(1'000); }, u"[00:02.00][00:03.00]x"_s},
+            {[](QVSongLine &line) { line.updateWithTimeStr(u"[0:7.0]"_s, 0); }, u"[00:07.00][00:02.00]x"_s},
+            {[](QVSongLine &line) { line.updateWithTimeStr({}, 0); }, u"[00:02.00]x"_s},
+            {[](QVSongLine &line) { line.aryTimes()->clear(); }, u"x"_s},
+            {[](QVSongLine &line) { line.setAryTimes(nullptr); }, u"x"_s},
+            {[](QVSongLine &line) { line.setLineText(line.lineText() + u'y'); }, u"[00:01.00][00:02.00]xy"_s},
+            {[](QVSongLine &line) { line.lineText(); }, u"[00:01.00][00:02.00]x"_s},
+            {[](QVSongLine &line) { line.setIsProperty(true); }, u"[(null):x]"_s},
+        };
+        for (const auto &[change, expected] : changes) {
+            const auto document = song(u"[ti:before]\n[00:01.00][00:02.00]x\n[00:09.00]behind"_s);
+            QVSongLine &line = *document->aryLines()->at(1);
+            const QVSongLine copy(line);
+            const auto held = line.aryTimes(); // changed after it was handed out
+            document->updateSongText();
+            change(line);
+            QCOMPARE(line.displayText(), expected);
+            document->updateSongText();
+            QVERIFY(rangesFit(*document));
+
+            const auto fresh = song(u"[00:01.00][00:02.00]x"_s);
+            change(*fresh->aryLines()->first());
+            fresh->updateSongText();
+            QCOMPARE(fresh->songText(), expected + u'\n');
+            QCOMPARE(copy.displayText(), u"[00:01.00][00:02.00]x"_s);
         }
     }
 

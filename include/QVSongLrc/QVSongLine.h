@@ -115,7 +115,8 @@ private:
     // What writing a line touches comes first, to lie in as few cache lines as may be.
     bool m_isProperty = false;
     mutable bool m_textIsSlice = false;
-    mutable QStringView m_textView; // the text, in m_text
+    mutable quint32 m_tagsLength = 0; // so many code units before a slice are the times' tags; 0: not known
+    mutable QStringView m_textView;   // the text, in m_text
     QVTextRange m_txtRg;
     mutable std::shared_ptr<QVTimeList> m_sharedTimes;
     mutable QVTimeList m_ownTimes; // the times, until a list is handed out or set
