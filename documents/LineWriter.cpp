@@ -45,9 +45,11 @@ QString LineWriter::write(const QVSongLineList &lines, Length length, Write writ
     return text;
 }
 
-qsizetype LineWriter::displayLength(const QVSongLine &line)
+template <typename Write>
+QString LineWriter::writeDisplay(const QVSongLineList &lines, Write writeLine)
 {
-    return line.displayLength();
+    return write(
+        lines, [](const QVSongLine &line) { return line.displayLength(); }, writeLine);
 }
 
 // Writes the display text at `at`, a place in `text`; a text that is a slice is one of `text` from now on.
@@ -67,29 +69,27 @@ char16_t *LineWriter::writeAndSlice(QVSongLine &line, char16_t *at, const QStrin
 
 QString LineWriter::writeSongText(const QVSongLineList &lines)
 {
-    return write(lines, displayLength,
-                 [](QVSongLine &line, char16_t *at, const QString &text, qsizetype location) {
-                     char16_t *const end = writeAndSlice(line, at, text);
-                     line.m_txtRg = {quint64(location), quint64(end - at)};
-                     return end;
-                 });
+    return writeDisplay(lines, [](QVSongLine &line, char16_t *at, const QString &text, qsizetype location) {
+        char16_t *const end = writeAndSlice(line, at, text);
+        line.m_txtRg = {quint64(location), quint64(end - at)};
+        return end;
+    });
 }
 
 void LineWriter::gatherTexts(const QVSongLineList &lines)
 {
-    write(lines, displayLength, [](QVSongLine &line, char16_t *at, const QString &text, qsizetype) {
+    writeDisplay(lines, [](QVSongLine &line, char16_t *at, const QString &text, qsizetype) {
         return writeAndSlice(line, at, text);
     });
 }
 
 QString LineWriter::writeDisplayTexts(const QVSongLineList &lines)
 {
-    return write(lines, displayLength,
-                 [](QVSongLine &line, char16_t *at, const QString &, qsizetype location) {
-                     char16_t *const end = line.writeDisplayText(at);
-                     line.m_txtRg = {quint64(location), quint64(end - at)};
-                     return end;
-                 });
+    return writeDisplay(lines, [](QVSongLine &line, char16_t *at, const QString &, qsizetype location) {
+        char16_t *const end = line.writeDisplayText(at);
+        line.m_txtRg = {quint64(location), quint64(end - at)};
+        return end;
+    });
 }
 
 QString LineWriter::writeLineTexts(const QVSongLineList &lines)

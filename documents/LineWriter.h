@@ -26,6 +26,7 @@ public:
 private:
     template <typename Length, typename Write>
     static QString write(const QVSongLineList &lines, Length length, Write write);
-    static qsizetype displayLength(const QVSongLine &line);
+    template <typename Write>
+    static QString writeDisplay(const QVSongLineList &lines, Write write);
     static char16_t *writeAndSlice(QVSongLine &line, char16_t *at, const QString &text);
 };

@@ -78,6 +78,12 @@ double QVSongLine::playTime() const
     return double(firstTime()) / 1000.0;
 }
 
+void QVSongLine::setIsProperty(bool isProperty)
+{
+    m_isProperty = isProperty;
+    m_tagsLength = 0;
+}
+
 void QVSongLine::setPropertyStr(const QString &key)
 {
     m_propertyStr = ownedString(key);

@@ -52,12 +52,11 @@ inline void QVSongLine::setTextSlice(const QString &source, QStringView slice)
 
 inline qsizetype QVSongLine::displayLength() const
 {
-    const qsizetype textLength = shownText(m_textView).size();
-    if (m_isProperty)
-        return shownText(m_propertyStr).size() + textLength + 3;
-    qsizetype length = m_tagsLength + textLength;
     if (m_tagsLength > 0)
-        return length;
+        return m_tagsLength + m_textView.size();
+    qsizetype length = shownText(m_textView).size();
+    if (m_isProperty)
+        return shownText(m_propertyStr).size() + length + 3;
     for (const qint64 time : times())
         length += TimeText::tagLength(time);
     return length;
@@ -80,6 +79,8 @@ inline char16_t *writeText(char16_t *out, QStringView text)
 /// Writes displayText(), displayLength() code units, and answers the place after it.
 inline char16_t *QVSongLine::writeDisplayText(char16_t *out) const
 {
+    if (m_tagsLength > 0) // the tags have been written before, and all is one piece
+        return writeText(out, {m_textView.data() - m_tagsLength, m_textView.size() + m_tagsLength});
     if (m_isProperty) {
         *out++ = u'[';
         out = writeText(out, shownText(m_propertyStr));
@@ -88,8 +89,6 @@ inline char16_t *QVSongLine::writeDisplayText(char16_t *out) const
         *out++ = u']';
         return out;
     }
-    if (m_tagsLength > 0) // the tags have been written before: all is one piece
-        return writeText(out, {m_textView.data() - m_tagsLength, m_textView.size() + m_tagsLength});
     for (const qint64 time : times())
         out = TimeText::writeTag(out, time);
     return writeText(out, shownText(m_textView));

@@ -60,7 +60,7 @@ public:
 
     /// Whether this is a property line. A property line may hold times too; they are not shown.
     bool isProperty() const { return m_isProperty; }
-    void setIsProperty(bool isProperty) { m_isProperty = isProperty; }
+    void setIsProperty(bool isProperty);
 
     /// A property line's two-letter key, without bracket and colon.
     QString propertyStr() const { return m_propertyStr; }
