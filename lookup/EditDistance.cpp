@@ -14,7 +14,8 @@
 
 namespace {
 
-constexpr qsizetype WordBits = 64;
+constexpr int WordBits = 64;
+constexpr int ManyWords = 4; // crossed at once where there are as many
 
 /// The rows of one word in one column: where the distance grows and shrinks from each row to the next.
 struct Rows
@@ -44,48 +45,51 @@ inline Step advance(Rows &rows, quint64 equal, Step above)
     return step;
 }
 
-/// The rows at which each code unit stands in at most 64 code units.
-class Word
+/// The rows at which each code unit stands in as many code units as \p WordCount words have bits.
+template <int WordCount>
+class Words
 {
 public:
-    explicit Word(QStringView units)
+    using Masks = std::array<quint64, WordCount>;
+
+    explicit Words(QStringView units)
     {
-        quint64 row = 1;
-        for (const QChar unit : units) {
-            const size_t at = find(unit.unicode());
-            m_units[at] = unit.unicode();
-            m_rows[at] |= row;
-            row <<= 1;
+        for (qsizetype row = 0; row < units.size(); ++row) {
+            const size_t at = find(units[row]);
+            m_keys[at] = keyOf(units[row]);
+            m_masks[at][size_t(row / WordBits)] |= quint64(1) << row % WordBits;
         }
     }
 
-    quint64 rowsOf(QChar unit) const { return m_rows[find(unit.unicode())]; }
+    const Masks &rowsOf(QChar unit) const { return m_masks[find(unit)]; }
 
 private:
-    static constexpr size_t SlotCount = 2 * WordBits; // so that it is never full
+    static constexpr size_t SlotCount = 2 * WordBits * WordCount; // so that it is never full
 
-    size_t find(char16_t unit) const
+    static quint32 keyOf(QChar unit) { return unit.unicode() + 1u; } // 0 is a free slot
+
+    size_t find(QChar unit) const
     {
-        size_t at = (unit ^ unit >> 7) % SlotCount;
-        while (m_rows[at] != 0 && m_units[at] != unit)
+        size_t at = (unit.unicode() ^ unit.unicode() >> 7) % SlotCount;
+        while (m_keys[at] != 0 && m_keys[at] != keyOf(unit))
             at = (at + 1) % SlotCount;
         return at;
     }
 
-    std::array<quint64, SlotCount> m_rows{};
-    std::array<char16_t, SlotCount> m_units; // read only where there are rows
+    std::array<quint32, SlotCount> m_keys{};
+    std::array<Masks, SlotCount> m_masks{};
 };
 
 /// The distance of \p text to \p pattern, which makes one word.
 qint64 distanceToWord(QStringView pattern, QStringView text, qint64 limit)
 {
-    const Word word(pattern);
+    const Words<1> word(pattern);
     const int lastRow = int(pattern.size()) - 1;
     Rows rows;
     qint64 distance = pattern.size();
     qint64 hope = distance - text.size(); // the distance if every column to come brought it down
     for (const QChar unit : text) {
-        const Step step = advance(rows, word.rowsOf(unit), {1, 0});
+        const Step step = advance(rows, word.rowsOf(unit)[0], {1, 0});
         const qint64 change = qint64(step.grows >> lastRow & 1) - qint64(step.shrinks >> lastRow & 1);
         distance += change;
         hope += change + 1;
@@ -102,23 +106,29 @@ struct Carry
     quint8 shrinks = 0;
 };
 
-/// Takes \p columns through the rows of \p wordUnits and gives by how much the distance changes on the way in
-/// the last row. \p carries are the steps of the row above, and then of the last row.
-qint64 crossWord(QStringView wordUnits, QStringView columns, Carry *carries)
+/// Takes \p columns through the rows of \p units, which reach into the last of the words, and gives by how
+/// much the distance changes on the way in the last row. \p carries are the steps of the row above, and then
+/// of the last row. Several words at once keep the processor busy while each waits for its own last column.
+template <int WordCount>
+qint64 crossWords(QStringView units, QStringView columns, Carry *carries)
 {
-    const Word word(wordUnits);
-    const int lastRow = int(wordUnits.size()) - 1;
-    Rows rows;
-    qint64 grown = 0;
-    qint64 shrunk = 0;
+    const Words<WordCount> words(units);
+    const int lastRow = int((units.size() - 1) % WordBits);
+    std::array<Rows, WordCount> rows;
+    qint64 change = 0;
     for (const QChar unit : columns) {
+        const auto &equal = words.rowsOf(unit);
         Carry &carry = *carries++;
-        const Step step = advance(rows, word.rowsOf(unit), {carry.grows, carry.shrinks});
-        carry = {quint8(step.grows >> lastRow & 1), quint8(step.shrinks >> lastRow & 1)};
-        grown += carry.grows;
-        shrunk += carry.shrinks;
+        Step above{carry.grows, carry.shrinks};
+        for (size_t word = 0; word < WordCount; ++word) {
+            const Step step = advance(rows[word], equal[word], above);
+            const int last = word + 1 < WordCount ? WordBits - 1 : lastRow;
+            above = {step.grows >> last & 1, step.shrinks >> last & 1};
+        }
+        carry = {quint8(above.grows), quint8(above.shrinks)};
+        change += qint64(above.grows) - qint64(above.shrinks);
     }
-    return grown - shrunk;
+    return change;
 }
 
 /// The distance of two texts of any length, \p shorter along the columns, when it is at most \p limit, which
@@ -137,17 +147,19 @@ qint64 distanceInBand(QStringView longer, QStringView shorter, qint64 limit, con
     qint64 corner = 0; // the distance above a word's first row, in front of its first column
     qint64 first = 0;
     qint64 distance = 0;
-    for (qint64 top = 0; top < height; top += WordBits) {
+    qint64 rowCount = 0;
+    for (qint64 top = 0; top < height; top += rowCount) {
         if (stop.stop_requested())
             return limit + 1;
-        const qint64 rowCount = std::min<qint64>(WordBits, height - top);
+        const bool isFull = height - top >= ManyWords * WordBits;
+        rowCount = isFull ? ManyWords * WordBits : std::min<qint64>(WordBits, height - top);
         for (; first < top - toTheLeft; ++first)
             corner += carries[size_t(first)].grows - carries[size_t(first)].shrinks;
         const qint64 end = std::min(width, top + rowCount + toTheRight);
         corner += rowCount;
+        const auto cross = isFull ? crossWords<ManyWords> : crossWords<1>;
         distance = corner
-            + crossWord(longer.sliced(top, rowCount), shorter.sliced(first, end - first),
-                        carries.data() + first);
+            + cross(longer.sliced(top, rowCount), shorter.sliced(first, end - first), carries.data() + first);
     }
     return distance;
 }
