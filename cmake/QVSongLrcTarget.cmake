@@ -20,3 +20,13 @@ function(qvsonglrc_target target)
         target_link_options(${target} PRIVATE LINKER:--no-undefined)
     endif()
 endfunction()
+
+# What each of the libraries is, beside that.
+function(qvsonglrc_library target)
+    qvsonglrc_target(${target})
+    set_target_properties(${target} PROPERTIES
+        VERSION ${PROJECT_VERSION}
+        SOVERSION ${PROJECT_VERSION_MAJOR})
+    target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR}/include)
+    target_compile_features(${target} PUBLIC cxx_std_20)
+endfunction()

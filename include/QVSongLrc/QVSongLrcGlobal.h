@@ -8,3 +8,9 @@
 #else
 #define QVSONGLRC_CORE_EXPORT Q_DECL_IMPORT
 #endif
+
+#if defined(QVSongLrcLookup_EXPORTS)
+#define QVSONGLRC_LOOKUP_EXPORT Q_DECL_EXPORT
+#else
+#define QVSONGLRC_LOOKUP_EXPORT Q_DECL_IMPORT
+#endif

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QVSongLrc/QVSongLrcGlobal.h>
+
+#include <QList>
+#include <QSslCertificate>
+#include <QString>
+#include <QUrl>
+
+/// Where the lyric service is and whom a program trusts to vouch for it. Set up before the first request, on
+/// the main thread; requests already started keep what they started with.
+///
+/// The service is always spoken to by HTTPS, TLS 1.2 or better, and its certificate and host name are always
+/// verified. To trust an authority that the system does not, add its certificate.
+class QVSONGLRC_LOOKUP_EXPORT LyricService
+{
+public:
+    LyricService() = delete;
+
+    /// Port 443 of the host that the library was built with, unless setEndpoint() named another.
+    static QString host();
+    static quint16 port();
+
+    /// Makes \p host, a host name or an IP address, and \p port the service's.
+    ///
+    /// \throws std::invalid_argument when \p host is none or \p port is 0; nothing changes.
+    static void setEndpoint(const QString &host, quint16 port = 443);
+
+    /// The authorities added; the system's own are not among them.
+    static QList<QSslCertificate> certificateAuthorities();
+
+    /// Trusts \p certificate besides the system's authorities.
+    ///
+    /// \throws std::invalid_argument when \p certificate is null; nothing changes.
+    static void addCertificateAuthority(const QSslCertificate &certificate);
+
+    /// The address of \p path, which begins with "/", on the service.
+    static QUrl url(const QString &path);
+};

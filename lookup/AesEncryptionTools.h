@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QVSongLrc/EncryptionTools.h>
+
+/// AES-128-CBC with PKCS#7 padding over the UTF-8 bytes of text and key, in Base64. Fails when the key or the
+/// initialisation vector is not 16 bytes long.
+class AesEncryptionTools final : public EncryptionTools
+{
+public:
+    QString encryptString(const QString &text, const QString &keyString, const QByteArray &iv) const override;
+};

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#include "LyricTransfer.h"
+
+#include <QNetworkReply>
+
+#include <array>
+
+LyricTransfer::LyricTransfer(const QNetworkRequest &request, const QByteArray &form,
+                             std::chrono::milliseconds idleLimit, LyricHttpClient::Success success,
+                             LyricHttpClient::Failure failure, QObject *parent)
+    : QObject(parent)
+    , m_reply(m_manager.post(request, form))
+    , m_success(std::move(success))
+    , m_failure(std::move(failure))
+{
+    // What the server has sent and the event loop not yet taken waits in its socket.
+    constexpr qint64 ReadAhead = 1024 * 1024;
+    m_reply->setReadBufferSize(ReadAhead);
+
+    m_idle.setSingleShot(true);
+    m_idle.setInterval(idleLimit);
+    m_idle.start();
+    const auto restartIdle = [this] { m_idle.start(); };
+    connect(m_reply, &QNetworkReply::encrypted, this, restartIdle);
+    connect(m_reply, &QNetworkReply::uploadProgress, this, restartIdle);
+    connect(m_reply, &QNetworkReply::redirected, this, restartIdle);
+    connect(m_reply, &QNetworkReply::metaDataChanged, this, restartIdle);
+    connect(m_reply, &QNetworkReply::readyRead, this, &LyricTransfer::read);
+    connect(m_reply, &QNetworkReply::finished, this, &LyricTransfer::finish);
+    connect(&m_idle, &QTimer::timeout, this,
+            [this] { fail(QNetworkReply::TimeoutError, tr("The lyric service has not answered in time.")); });
+}
+
+LyricTransfer::~LyricTransfer()
+{
+    m_reply->disconnect(this);
+}
+
+void LyricTransfer::cancel()
+{
+    fail(QNetworkReply::OperationCanceledError, tr("The request was cancelled."));
+}
+
+void LyricTransfer::read()
+{
+    m_idle.start();
+    std::array<char, 64 * 1024> chunk;
+    qint64 length = 0;
+    while ((length = m_reply->read(chunk.data(), chunk.size())) > 0) {
+        if (m_body.size() + length > BodyLimit) {
+            fail(QNetworkReply::UnknownContentError, tr("The lyric service's answer is too long."));
+            return;
+        }
+        m_body.append(chunk.data(), length);
+    }
+}
+
+void LyricTransfer::finish()
+{
+    read();
+    const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    if (m_reply->error() != QNetworkReply::NoError)
+        fail(m_reply->error(), m_reply->errorString());
+    else if (status < 200 || status > 299)
+        fail(QNetworkReply::UnknownContentError,
+             tr("The lyric service answered with the HTTP status %1.").arg(status));
+    else
+        settle([this] { m_success(m_body); });
+}
+
+void LyricTransfer::fail(int networkError, const QString &description)
+{
+    settle([this, error = QVLyricError{QVLyricError::TransportDomain, networkError, description}] {
+        m_failure(error);
+    });
+}
+
+void LyricTransfer::settle(std::function<void()> answer)
+{
+    if (m_isSettled)
+        return;
+    m_isSettled = true;
+    m_idle.stop();
+    m_reply->disconnect(this);
+    m_reply->abort();
+    // Later, since this may run inside a call of the host's.
+    QMetaObject::invokeMethod(
+        this,
+        [this, answer = std::move(answer)] {
+            deleteLater();
+            answer();
+            m_success = nullptr; // what it holds goes now, also while the answer's event loops keep this
+            m_failure = nullptr;
+        },
+        Qt::QueuedConnection);
+}

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "LyricHttpClient.h"
+
+#include <QCoreApplication>
+#include <QNetworkAccessManager>
+#include <QObject>
+#include <QTimer>
+
+class QNetworkReply;
+class QNetworkRequest;
+
+/// One POST under way. Belongs to its parent and deletes itself once it has answered; destroyed before, it
+/// does not answer.
+class LyricTransfer final : public QObject
+{
+    Q_DECLARE_TR_FUNCTIONS(LyricTransfer)
+
+public:
+    /// What a body may come to, unpacked.
+    static constexpr qsizetype BodyLimit = 16 * 1024 * 1024;
+
+    LyricTransfer(const QNetworkRequest &request, const QByteArray &form, std::chrono::milliseconds idleLimit,
+                  LyricHttpClient::Success success, LyricHttpClient::Failure failure, QObject *parent);
+    ~LyricTransfer() override;
+
+    /// Fails with the transport's cancellation error, unless the outcome is settled already.
+    void cancel();
+
+private:
+    void read();
+    void finish();
+    void fail(int networkError, const QString &description);
+    void settle(std::function<void()> answer);
+
+    QNetworkAccessManager m_manager;
+    QNetworkReply *m_reply; // the manager's child
+    QTimer m_idle;
+    QByteArray m_body;
+    LyricHttpClient::Success m_success;
+    LyricHttpClient::Failure m_failure;
+    bool m_isSettled = false;
+};
