@@ -2,7 +2,7 @@
 #include "Commands.h"
 
 #include "Json.h"
-#include "TextFile.h"
+#include "support/TextFile.h"
 
 #include <QVSongLrc/QVSongLrc.h>
 
@@ -11,18 +11,6 @@
 #include <cstdio>
 
 namespace {
-
-// Text for a terminal: control characters, a lyric's carriage returns among them, as their symbols.
-QByteArray visible(QString text)
-{
-    for (QChar &c : text) {
-        if (c < u' ')
-            c = QChar(0x2400 + c.unicode());
-        else if (c == QChar(0x7F))
-            c = QChar(0x2421);
-    }
-    return wellFormed(text).toUtf8();
-}
 
 QString listed(const QVSongLine &line)
 {
@@ -54,12 +42,12 @@ ExitStatus forEachFile(const Options &options, Report report)
         try {
             text = readTextFile(file, options.encoding).text;
         } catch (const FileError &error) {
-            status = FileFailed;
+            status = Failed;
             const QString message = QString::fromUtf8(error.what());
             reportError(message);
             if (options.json) {
                 const QJsonObject details{{QStringLiteral("domain"), QStringLiteral("songlrc")},
-                                          {QStringLiteral("code"), int(FileFailed)},
+                                          {QStringLiteral("code"), int(Failed)},
                                           {QStringLiteral("localizedDescription"), message}};
                 writeStandardOutput(
                     Json::object({{"file", Json::value(file)}, {"error", Json::value(details)}}) + '\n');
@@ -92,6 +80,17 @@ ExitStatus rewrite(const Options &options, Edit edit)
 }
 
 } // namespace
+
+QByteArray visible(QString text)
+{
+    for (QChar &c : text) {
+        if (c < u' ')
+            c = QChar(0x2400 + c.unicode());
+        else if (c == QChar(0x7F))
+            c = QChar(0x2421);
+    }
+    return wellFormed(text).toUtf8();
+}
 
 void reportError(const QString &message)
 {

@@ -8,10 +8,14 @@
 /// What a run of the program ends with.
 enum ExitStatus {
     Done = 0,
-    NegativeAnswer = 1, ///< the documents differ
+    NegativeAnswer = 1, ///< the documents differ; nothing was found; the service refused
     WrongUsage = 2,
-    FileFailed = 3, ///< a file could not be read or written
+    Failed = 3, ///< a file could not be read or written, or the network failed
+    Interrupted = 130,
 };
+
+/// Text for a terminal, in UTF-8: control characters, a lyric's carriage returns among them, as their symbols.
+QByteArray visible(QString text);
 
 /// Prints "songlrc: " and the message on standard error, in one line.
 void reportError(const QString &message);
@@ -27,6 +31,11 @@ struct Options
     bool json = false;
     bool noTags = false;
     qint64 milliseconds = 0;
+    QString title;
+    QString artist;
+    QString link;
+    QString service; ///< HOST[:PORT]; empty: the library's own
+    QString caFile;
 };
 
 /// The commands, each answering the exit status. A file that fails among several is reported and the others

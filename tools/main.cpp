@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Commands.h"
-#include "TextFile.h"
+#include "LookupCommands.h"
+#include "support/TextFile.h"
 
 #include <CLI/CLI.hpp>
 
@@ -51,6 +52,18 @@ public:
         CLI::App &compare =
             add("compare", "Compare two lyrics: exit status 0 when equal, 1 when not.", Commands::compare);
         addFiles(compare, 2, 2);
+
+        CLI::App &search = add("search", "Ask the lyric service for songs; the best match is starred.",
+                               LookupCommands::search);
+        addQuery(search);
+        search.add_flag("--json", m_options.json, "One JSON object.");
+
+        CLI::App &fetch =
+            add("fetch", "Download the lyric of the best match, or of a link.", LookupCommands::fetch);
+        addQuery(fetch);
+        fetch.add_option("--link", m_link, "The lyric's link, as search tells it.")->type_name("LINK");
+        fetch.add_option("-o,--output", m_output, "Write to this file, not to standard output.")
+            ->type_name("FILE");
     }
 
     /// Prints help or what is wrong when there is nothing to run; \p status then says how to end.
@@ -74,12 +87,23 @@ public:
         options.milliseconds = QByteArray::fromStdString(m_milliseconds).toLongLong();
         options.encoding = QByteArray::fromStdString(m_encoding);
         options.outputEncoding = QByteArray::fromStdString(m_outputEncoding);
+        options.title = QString::fromStdString(m_title);
+        options.artist = QString::fromStdString(m_artist);
+        options.link = QString::fromStdString(m_link);
+        options.service = QString::fromStdString(m_service);
+        options.caFile = QFile::decodeName(m_caFile.c_str());
+        const CLI::App *const chosen = m_app.get_subcommands().front();
+        if (m_lookups.contains(chosen) && m_title.empty() && m_artist.empty() && m_link.empty()) {
+            reportError(QStringLiteral("name a title, an artist or a link to look up"));
+            status = WrongUsage;
+            return nullptr;
+        }
         if (options.inPlace && options.files.first() == StandardStream) {
             reportError(QStringLiteral("--in-place: standard input can't be written back"));
             status = WrongUsage;
             return nullptr;
         }
-        return m_commands.at(m_app.get_subcommands().front());
+        return m_commands.at(chosen);
     }
 
 private:
@@ -98,6 +122,22 @@ private:
             ->type_name("");
         addEncoding(command, "--encoding", m_encoding,
                     "Read in this encoding. Otherwise UTF-8, UTF-16 with a mark, or what it looks like.");
+    }
+
+    void addQuery(CLI::App &command)
+    {
+        m_lookups.insert(&command);
+        command.add_option("--title", m_title, "The song's title.")->type_name("TITLE");
+        command.add_option("--artist", m_artist, "The song's artist.")->type_name("ARTIST");
+        command.add_option("--service", m_service, "Ask this lyric service.")
+            ->type_name("HOST[:PORT]")
+            ->check([](const std::string &service) {
+                return LookupCommands::isService(QString::fromStdString(service))
+                    ? ""
+                    : "no host and port: " + service;
+            });
+        command.add_option("--ca-file", m_caFile, "Trust the authorities in this file, too.")
+            ->type_name("FILE");
     }
 
     void addJson(CLI::App &command)
@@ -127,10 +167,16 @@ private:
 
     CLI::App m_app{"Work with song lyrics in the LRC format.", "songlrc"};
     std::map<const CLI::App *, Command> m_commands;
+    std::set<const CLI::App *> m_lookups;
     std::vector<std::string> m_files;
     std::string m_output = "-";
     std::string m_milliseconds;
     std::string m_encoding;
+    std::string m_title;
+    std::string m_artist;
+    std::string m_link;
+    std::string m_service;
+    std::string m_caFile;
     std::string m_outputEncoding;
     Options m_options;
 };
@@ -148,6 +194,6 @@ int main(int argc, char **argv)
         return command(options);
     } catch (const FileError &error) {
         reportError(QString::fromUtf8(error.what()));
-        return FileFailed;
+        return Failed;
     }
 }

@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: MIT
+#include "LookupCommands.h"
+
+#include "Json.h"
+#include "support/TextFile.h"
+#include "support/UnixSignals.h"
+
+#include <QVSongLrc/LyricService.h>
+#include <QVSongLrc/QVSongLrcConstants.h>
+#include <QVSongLrc/ZTLyricRequestModel.h>
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QSslCertificate>
+#include <QUrl>
+
+#include <csignal>
+
+namespace {
+
+QUrl serviceUrl(const QString &service)
+{
+    return QUrl(QStringLiteral("https://") + service, QUrl::StrictMode);
+}
+
+void useService(const Options &options)
+{
+    if (!options.service.isEmpty()) {
+        const QUrl url = serviceUrl(options.service);
+        LyricService::setEndpoint(url.host(), quint16(url.port(443)));
+    }
+    if (!options.caFile.isEmpty()) {
+        QFile file(options.caFile);
+        if (!file.open(QIODevice::ReadOnly))
+            throw FileError(options.caFile, file.errorString());
+        const auto certificates = QSslCertificate::fromDevice(&file);
+        if (certificates.isEmpty())
+            throw FileError(options.caFile, QStringLiteral("holds no certificate"));
+        for (const QSslCertificate &certificate : certificates)
+            LyricService::addCertificateAuthority(certificate);
+    }
+}
+
+ExitStatus report(const QVLyricError &error, bool json)
+{
+    reportError(error.localizedDescription.isEmpty() ? error.description() : error.localizedDescription);
+    if (json) {
+        const QByteArray details =
+            Json::object({{"domain", Json::value(error.domain)},
+                          {"code", Json::value(error.code)},
+                          {"localizedDescription", Json::value(error.localizedDescription)}});
+        writeStandardOutput(Json::object({{"error", details}}) + '\n');
+    }
+    return error.domain == QVLyricError::TransportDomain ? Failed : NegativeAnswer;
+}
+
+// Runs an event loop until the request that start(model, finish) starts has been answered. The answer comes from
+// the loop, where it may call finish(status) and throw nothing.
+template <typename Start>
+ExitStatus ask(const Options &options, Start start)
+{
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {
+        // Qt's and the library's log lines are no business of someone who runs a command.
+    });
+    char name[] = "songlrc";
+    char *arguments[] = {name, nullptr};
+    int count = 1;
+    QCoreApplication application(count, arguments);
+    useService(options);
+
+    const auto model = ZTLyricRequestModel::initWithReqParams(
+        {{Key_Lyric_Trackname, options.title}, {Key_Lyric_Artist, options.artist}});
+    bool interrupted = false;
+    handleUnixSignals({SIGINT}, &application, [&] {
+        interrupted = true;
+        model->cancel();
+        application.exit(Interrupted);
+    });
+    start(*model, [&](const std::function<ExitStatus()> &answer) {
+        ExitStatus status = Failed;
+        try {
+            status = interrupted ? Interrupted : answer();
+        } catch (const FileError &error) {
+            reportError(QString::fromUtf8(error.what()));
+        }
+        application.exit(status);
+    });
+    return ExitStatus(application.exec());
+}
+
+void printResults(const QList<QJsonObject> &results, qint64 best, bool json)
+{
+    if (json) {
+        QJsonArray array;
+        for (const QJsonObject &result : results)
+            array.append(result);
+        writeStandardOutput(Json::object({{"bestIndex", Json::value(best)}, {"results", Json::value(array)}})
+                            + '\n');
+        return;
+    }
+    QByteArray text;
+    for (qsizetype i = 0; i < results.size(); ++i) {
+        text += i == best ? "* " : "  ";
+        text += visible(QStringLiteral("%1 - %2  (%3)")
+                            .arg(results[i][Key_Lyric_Artist].toString(),
+                                 results[i][Key_Lyric_Trackname].toString(),
+                                 results[i][QLatin1StringView("link")].toString()));
+        text += '\n';
+    }
+    writeStandardOutput(text);
+}
+
+} // namespace
+
+bool LookupCommands::isService(const QString &service)
+{
+    const QUrl url = serviceUrl(service);
+    return url.isValid() && !url.host().isEmpty() && url.port(443) > 0 && url.path().isEmpty()
+        && url.userInfo().isEmpty() && !url.hasQuery() && !url.hasFragment();
+}
+
+ExitStatus LookupCommands::search(const Options &options)
+{
+    return ask(options, [&](ZTLyricRequestModel &model, auto finish) {
+        model.requestListWithCompletion(
+            [&options, finish](const auto &error, const auto &results, qint64 best) {
+                finish([&] {
+                    if (error)
+                        return report(*error, options.json);
+                    printResults(results, best, options.json);
+                    return Done;
+                });
+            });
+    });
+}
+
+ExitStatus LookupCommands::fetch(const Options &options)
+{
+    return ask(options, [&](ZTLyricRequestModel &model, auto finish) {
+        const auto completion = [&options, finish](const auto &error, const QString &lyric) {
+            finish([&] {
+                if (error)
+                    return report(*error, false);
+                if (lyric.isNull()) {
+                    reportError(QStringLiteral("the service's answer holds no lyric"));
+                    return NegativeAnswer;
+                }
+                writeTextFile(options.output, lyric, {});
+                return Done;
+            });
+        };
+        if (options.link.isEmpty())
+            model.requestWithCompletion(completion);
+        else
+            model.requestDetail(options.link, completion);
+    });
+}

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Commands.h"
+
+/// The commands that ask the lyric service. They end early, with Interrupted, when the user presses Ctrl-C.
+namespace LookupCommands {
+
+ExitStatus search(const Options &options);
+ExitStatus fetch(const Options &options);
+
+/// Whether \p service is a host, or a host and a port, as in "localhost:8443".
+bool isService(const QString &service);
+
+} // namespace LookupCommands
