@@ -151,7 +151,7 @@ void LibraryScan::makeTables(const QString &identity)
             "CREATE TABLE song (id INTEGER PRIMARY KEY, path TEXT NOT NULL UNIQUE, size INTEGER NOT NULL, "
             "modified INTEGER NOT NULL, title TEXT NOT NULL, artist TEXT NOT NULL, "
             "link TEXT NOT NULL UNIQUE)"_L1);
-        execute("CREATE VIRTUAL TABLE words USING fts5(title, artist, columnsize = 0, "
+        execute("CREATE VIRTUAL TABLE words USING fts5(title, artist, columnsize = 0, prefix = '3 4', "
                 "tokenize = \"ascii tokenchars '='\")"_L1);
         execute("DELETE FROM origin"_L1);
         execute("INSERT INTO origin VALUES (?)"_L1, {identity});
