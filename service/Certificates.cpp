@@ -214,6 +214,10 @@ QSslConfiguration Certificates::prepare() const
     configuration.setLocalCertificate(QSslCertificate(readFile(serverFile), QSsl::Pem));
     configuration.setPrivateKey(QSslKey(readFile(serverKeyFile), QSsl::Ec, QSsl::Pem));
     configuration.setProtocol(QSsl::TlsV1_2OrLater);
+    // A short list, since it is read anew for each connection.
+    configuration.setCiphers(u"TLS_AES_128_GCM_SHA256:TLS_AES_256_GCM_SHA384:TLS_CHACHA20_POLY1305_SHA256:"
+                             u"ECDHE-ECDSA-AES128-GCM-SHA256:"
+                             "ECDHE-ECDSA-AES256-GCM-SHA384:ECDHE-ECDSA-CHACHA20-POLY1305"_s);
     configuration.setPeerVerifyMode(QSslSocket::VerifyNone); // clients show no certificate
     return configuration;
 }

@@ -15,7 +15,9 @@ std::optional<QString> strictly(QStringConverter::Encoding encoding, const QByte
 {
     QStringDecoder decoder(encoding, QStringConverter::Flag::Stateless);
     QString text = decoder.decode(bytes);
-    if (decoder.hasError())
+    const bool isCut =
+        encoding != QStringConverter::Utf8 && bytes.size() % 2 != 0; // the decoder lets that pass
+    if (decoder.hasError() || isCut)
         return std::nullopt;
     return text;
 }
