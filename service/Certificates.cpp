@@ -161,6 +161,7 @@ Certificates::Certificates(const QString &dataFolder, const QHostAddress &addres
     : m_folder(dataFolder)
     , m_address(address)
 {
+    m_address.setScopeId({}); // certificates know none
 }
 
 QString Certificates::file(QLatin1StringView name) const

@@ -29,5 +29,5 @@ private:
     QString file(QLatin1StringView name) const;
 
     const QString m_folder;
-    const QHostAddress m_address;
+    QHostAddress m_address;
 };

@@ -16,19 +16,23 @@ constexpr int IdleTime = 30'000;
 constexpr int RequestTime = 20'000;
 constexpr int AnswerTime = 20'000;
 constexpr int RefusalTime = 2'000;
+constexpr int LastChanceTime = 2'000;
 
 } // namespace
 
-HttpsConnection::HttpsConnection(QObject *parent)
+HttpsConnection::HttpsConnection(std::function<void()> onGone, QObject *parent)
     : QSslSocket(parent)
+    , m_onGone(std::move(onGone))
 {
     setReadBufferSize(MaxHead + MaxBody);
     m_deadline.setSingleShot(true);
     connect(&m_deadline, &QTimer::timeout, this, [this] {
         if (m_phase == Phase::Head || m_phase == Phase::Body)
             refuse(Refusals::TooSlow);
-        else
-            abort(), deleteLater();
+        else {
+            abort();
+            deleteLater();
+        }
     });
     connect(this, &QSslSocket::encrypted, this, [this] { enter(Phase::Idle); });
     connect(this, &QSslSocket::disconnected, this, &QObject::deleteLater);
@@ -38,41 +42,27 @@ HttpsConnection::HttpsConnection(QObject *parent)
 
 HttpsConnection::~HttpsConnection()
 {
-    Q_EMIT gone();
+    m_onGone();
 }
 
 void HttpsConnection::enter(Phase phase)
 {
     m_phase = phase;
-    switch (phase) {
-    case Phase::Handshake:
+    if (phase == Phase::Handshake)
         m_deadline.start(HandshakeTime);
-        break;
-    case Phase::Idle:
+    else if (phase == Phase::Idle)
         m_deadline.start(IdleTime);
-        break;
-    case Phase::Head:
-        m_deadline.start(RequestTime);
-        break;
-    case Phase::Body:
-        break; // the time of the request goes on
-    case Phase::Complete:
+    else if (phase == Phase::Head)
+        m_deadline.start(RequestTime); // body included
+    else if (phase == Phase::Complete)
         m_deadline.stop();
-        break;
-    case Phase::Closing:
-        break;
-    }
 }
 
 // Runs before the server's own slot, which takes all that has arrived.
 void HttpsConnection::receive()
 {
-    if (m_phase == Phase::Closing) {
-        readAll(); // the answer would be lost if the connection were closed with bytes unread
-        return;
-    }
     const qint64 arrived = bytesAvailable();
-    if (arrived == 0)
+    if (arrived == 0 || m_phase == Phase::Closing)
         return;
     if (m_phase == Phase::Idle) {
         m_head.clear();
@@ -114,7 +104,8 @@ const Refusal *HttpsConnection::readHead()
     const QList<QByteArray> lines = m_head.first(end).replace("\r\n", "\n").split('\n');
     if (!requestLine.match(QString::fromLatin1(lines.front())).hasMatch())
         return &Refusals::BadRequest;
-    m_closeAfterwards |= lines.front().endsWith('0'); // HTTP 1.0
+    // HTTP 1.0 expects no more, and the server answers HEAD with a body.
+    m_closeAfterwards |= lines.front().endsWith('0') || lines.front().startsWith("HEAD ");
     std::optional<qint64> length;
     for (const QByteArray &line : lines.sliced(1)) {
         const qsizetype colon = line.indexOf(':');
@@ -145,7 +136,13 @@ const Refusal *HttpsConnection::readHead()
 
 void HttpsConnection::refuse(const Refusal &refusal)
 {
-    disconnect(this, &QSslSocket::readyRead, parent(), nullptr);
+    // The server sees no more of it. What follows is dropped: the answer would be lost if the connection were
+    // closed with bytes unread.
+    disconnect(this, &QSslSocket::readyRead, nullptr, nullptr);
+    if (isTransactionStarted())
+        commitTransaction();
+    readAll();
+    connect(this, &QSslSocket::readyRead, this, [this] { readAll(); });
     const QByteArray body = refusal.json();
     write("HTTP/1.1 " + QByteArray::number(refusal.status)
           + " Refused\r\nContent-Type: application/json\r\n"
@@ -169,6 +166,8 @@ void HttpsConnection::finish()
     m_closeAfterwards = true;
     if (m_phase == Phase::Idle && !m_isFirst)
         closeWithin(AnswerTime);
+    else if (m_phase == Phase::Idle || m_phase == Phase::Handshake)
+        m_deadline.start(LastChanceTime);
 }
 
 void HttpsConnection::closeWithin(int time)

@@ -5,6 +5,8 @@
 #include <QSslSocket>
 #include <QTimer>
 
+#include <functional>
+
 struct Refusal;
 
 /// A client's connection to an HttpsListener. Looks at every request before QAbstractHttpServer does, whose
@@ -20,7 +22,9 @@ public:
     static constexpr qint64 MaxBody = 64 * 1024;
     static constexpr qint64 MaxHead = 16 * 1024;
 
-    explicit HttpsConnection(QObject *parent);
+    /// \p onGone is called when the connection is gone for good. Not a signal, for the server disconnects all
+    /// signals of a connection that it gives up.
+    HttpsConnection(std::function<void()> onGone, QObject *parent);
     ~HttpsConnection() override;
 
     /// Whether a request has arrived in full that neither side has answered.
@@ -30,15 +34,13 @@ public:
     /// for it.
     void answered();
 
-    /// Closes as soon as no request is under way. One that has begun to arrive is, and so is the first of a
-    /// connection.
+    /// Closes as soon as no request is under way. One that has begun to arrive is; for the first of a
+    /// connection a moment is given.
     void finish();
 
 Q_SIGNALS:
     /// A request was answered with \p refusal; \p requestLine is what had arrived of its first line.
     void refused(const Refusal &refusal, const QByteArray &requestLine);
-    /// The connection is gone for good.
-    void gone();
 
 private:
     enum class Phase { Handshake, Idle, Head, Body, Complete, Closing };
@@ -49,6 +51,7 @@ private:
     void enter(Phase phase);
     void closeWithin(int time);
 
+    const std::function<void()> m_onGone;
     Phase m_phase = Phase::Handshake;
     QByteArray m_head;
     qint64 m_bodyLeft = 0;

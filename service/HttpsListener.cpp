@@ -10,31 +10,32 @@ HttpsListener::HttpsListener(const QSslConfiguration &configuration)
 
 HttpsListener::~HttpsListener()
 {
-    const auto connections = findChildren<HttpsConnection *>();
-    for (HttpsConnection *connection : connections)
-        connection->disconnect(this);
+    m_isFinishing = true;
+    qDeleteAll(findChildren<HttpsConnection *>()); // while there is a listener to tell
 }
 
 void HttpsListener::incomingConnection(qintptr descriptor)
 {
-    auto *connection = new HttpsConnection(this);
+    if (++m_connections >= MaxConnections)
+        pauseAccepting();
+    auto *connection = new HttpsConnection([this] { connectionGone(); }, this);
     if (!connection->setSocketDescriptor(descriptor)) {
         delete connection;
         return;
     }
-    if (++m_connections >= MaxConnections)
-        pauseAccepting();
     connect(connection, &HttpsConnection::refused, this, &HttpsListener::refused);
-    connect(connection, &HttpsConnection::gone, this, [this] {
-        --m_connections;
-        if (m_isFinishing && m_connections == 0)
-            Q_EMIT finished();
-        else if (!m_isFinishing)
-            resumeAccepting();
-    });
     connection->setSslConfiguration(m_configuration);
     connection->startServerEncryption();
     addPendingConnection(connection);
+}
+
+void HttpsListener::connectionGone()
+{
+    --m_connections;
+    if (m_isFinishing && m_connections == 0)
+        Q_EMIT finished();
+    else if (!m_isFinishing && m_connections < MaxConnections)
+        resumeAccepting();
 }
 
 void HttpsListener::finish()

@@ -33,6 +33,8 @@ protected:
 private:
     static constexpr int MaxConnections = 128;
 
+    void connectionGone();
+
     QSslConfiguration m_configuration;
     int m_connections = 0;
     bool m_isFinishing = false;

@@ -208,6 +208,8 @@ bool LibraryScan::walk(Stamps &known, QStringList &directories)
     const qsizetype prefix = m_library.path().size() + (m_library.isRoot() ? 0 : 1);
     for (qsizetype at = 0; at < directories.size(); ++at) {
         const QFileInfoList entries = QDir(directories[at]).entryInfoList(Entries, QDir::Unsorted);
+        if (entries.isEmpty() && !QFileInfo(directories[at]).isReadable())
+            tell(directories[at], {}, u"not readable"_s);
         for (const QFileInfo &entry : entries) {
             if (QThread::currentThread()->isInterruptionRequested())
                 return false;
@@ -246,8 +248,7 @@ void LibraryScan::update(const QFileInfo &file, const QString &path, const Stamp
     QString error;
     const auto text = readLyricText(file.filePath(), &error);
     if (!text) {
-        qWarning().noquote() << "skipped" << QDebug::toString(path) << '-' << error;
-        m_unusable.insert(path, stamp);
+        tell(path, stamp, error);
         return;
     }
     m_unusable.remove(path);
@@ -261,6 +262,13 @@ void LibraryScan::update(const QFileInfo &file, const QString &path, const Stamp
         m_database.commit();
         m_database.transaction();
     }
+}
+
+void LibraryScan::tell(const QString &path, const Stamp &stamp, const QString &why)
+{
+    if (!m_unusable.contains(path) || m_unusable[path].modified != stamp.modified)
+        qWarning().noquote() << "skipped" << QDebug::toString(path) << '-' << why;
+    m_unusable.insert(path, stamp);
 }
 
 void LibraryScan::remove(qint64 id)

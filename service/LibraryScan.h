@@ -48,6 +48,7 @@ private:
     void scan();
     bool walk(Stamps &known, QStringList &directories);
     void update(const QFileInfo &file, const QString &path, const Stamp &old);
+    void tell(const QString &path, const Stamp &stamp, const QString &why);
     void remove(qint64 id);
     void execute(const QString &statement, const QVariantList &values = {});
     void watch(const QStringList &directories);

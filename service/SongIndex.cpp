@@ -35,8 +35,9 @@ SongIndex::SongIndex(const QString &file)
     // CROSS JOIN keeps the full-text side outside, whose order the rows come in.
     m_search.setForwardOnly(true);
     m_path.setForwardOnly(true);
-    if (!m_search.prepare("SELECT song.title, song.artist, song.link FROM words CROSS JOIN song ON song.id = words.rowid "
-                          "WHERE words MATCH ? ORDER BY words.rowid LIMIT ?"_L1)
+    if (!m_search.prepare(
+            "SELECT song.title, song.artist, song.link FROM words CROSS JOIN song ON song.id = words.rowid "
+            "WHERE words MATCH ? ORDER BY words.rowid LIMIT ?"_L1)
         || !m_path.prepare("SELECT path FROM song WHERE link = ?"_L1))
         throw StartupError("can't read the index "_L1 + file + ": "_L1 + m_database.lastError().text());
 }

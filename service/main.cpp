@@ -91,6 +91,7 @@ Options prepared(const std::string &library, const std::string &data)
 int run(QCoreApplication &application, const Options &options)
 {
     QLockFile lock(options.data + "/lock"_L1);
+    lock.setStaleLockTime(0); // however long the service runs
     if (!lock.tryLock())
         throw StartupError("another service uses the data folder "_L1 + options.data);
     const Certificates certificates(options.data, options.address);
