@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Certificates.h"
 
-#include "StartupError.h"
+#include "ServiceError.h"
 
 #include <QDebug>
 #include <QFile>
@@ -57,7 +57,7 @@ struct Identity
 void must(bool succeeded)
 {
     if (!succeeded)
-        throw StartupError("can't make a certificate: OpenSSL failed"_L1);
+        throw ServiceError("can't make a certificate: OpenSSL failed"_L1);
 }
 
 QByteArray readFile(const QString &path)
@@ -90,7 +90,7 @@ void writeFile(const QString &path, BIO *content, bool isSecret)
                                     | QFile::ReadOther))
         || std::rename(QFile::encodeName(file.fileName()).constData(), QFile::encodeName(path).constData())
             != 0)
-        throw StartupError("can't write "_L1 + path + ": "_L1 + file.errorString());
+        throw ServiceError("can't write "_L1 + path + ": "_L1 + file.errorString());
     file.setAutoRemove(false);
 }
 
@@ -180,7 +180,7 @@ QSslConfiguration Certificates::prepare() const
     Identity authority = readIdentity(authorityFile(), authorityKeyFile);
     const bool exists = QFile::exists(authorityFile()) || QFile::exists(authorityKeyFile);
     if (exists && !authority.isWhole())
-        throw StartupError(authorityFile()
+        throw ServiceError(authorityFile()
                            + " and its key are damaged; remove both to have a new authority made"_L1);
     if (!exists || !isCurrent(authority.certificate.get())) {
         if (exists)

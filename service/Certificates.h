@@ -22,7 +22,7 @@ public:
     /// where they are missing, about to expire, or not made for the address; a new authority is told on
     /// standard error, for clients need it.
     ///
-    /// \throws StartupError when the files can't be written or the authority's are damaged.
+    /// \throws ServiceError when the files can't be written or the authority's are damaged.
     QSslConfiguration prepare() const;
 
 private:

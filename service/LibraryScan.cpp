@@ -3,8 +3,8 @@
 
 #include "LyricText.h"
 #include "SearchTerms.h"
+#include "ServiceError.h"
 #include "SongIndex.h"
-#include "StartupError.h"
 
 #include <QVSongLrc/QVEditSong.h>
 
@@ -13,6 +13,8 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QRandomGenerator>
+#include <QScopeGuard>
+#include <QSet>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QThread>
@@ -94,8 +96,8 @@ LibraryScan::LibraryScan(const QString &library, const QString &indexFile)
         if (!m_soon.isActive())
             m_soon.start();
     });
-    connect(&m_soon, &QTimer::timeout, this, &LibraryScan::scan);
-    connect(&m_regular, &QTimer::timeout, this, &LibraryScan::scan);
+    connect(&m_soon, &QTimer::timeout, this, &LibraryScan::rescan);
+    connect(&m_regular, &QTimer::timeout, this, &LibraryScan::rescan);
 }
 
 LibraryScan::~LibraryScan()
@@ -107,12 +109,19 @@ LibraryScan::~LibraryScan()
 void LibraryScan::start()
 {
     try {
-        openIndex();
-    } catch (const StartupError &error) {
+        try {
+            openIndex();
+            scan();
+        } catch (const ServiceError &) {
+            // The index only repeats what the library holds, so a damaged one is made anew.
+            discardIndex();
+            openIndex();
+            scan();
+        }
+    } catch (const ServiceError &error) {
         Q_EMIT failed(QString::fromUtf8(error.what()));
         return;
     }
-    scan();
     if (!thread()->isInterruptionRequested())
         Q_EMIT ready();
 }
@@ -121,22 +130,7 @@ void LibraryScan::openIndex()
 {
     // The tokens depend on the version of Unicode as well.
     const QString identity = u"%1 %2 %3"_s.arg(TableVersion).arg(u"" U_UNICODE_VERSION, m_library.path());
-    try {
-        m_database = SongIndex::open(ConnectionName, m_indexFile);
-        makeTables(identity);
-    } catch (const StartupError &) {
-        // The index only repeats what the library holds, so a damaged one is made anew.
-        m_database = QSqlDatabase();
-        QSqlDatabase::removeDatabase(ConnectionName);
-        for (const QLatin1StringView part : {""_L1, "-wal"_L1, "-shm"_L1})
-            QFile::remove(m_indexFile + part);
-        m_database = SongIndex::open(ConnectionName, m_indexFile);
-        makeTables(identity);
-    }
-}
-
-void LibraryScan::makeTables(const QString &identity)
-{
+    m_database = SongIndex::open(ConnectionName, m_indexFile);
     execute("PRAGMA journal_mode = WAL"_L1);
     execute("PRAGMA synchronous = NORMAL"_L1);
     execute("CREATE TABLE IF NOT EXISTS origin (identity TEXT NOT NULL)"_L1);
@@ -158,20 +152,43 @@ void LibraryScan::makeTables(const QString &identity)
         m_database.commit();
     }
     if (!query.exec("SELECT max(id & 0xFFFFFFFF) FROM song"_L1) || !query.next())
-        throw StartupError(query.lastError().text());
+        throw ServiceError(query.lastError().text());
     m_lastSerial = query.value(0).toLongLong();
+}
+
+void LibraryScan::discardIndex()
+{
+    m_database = QSqlDatabase();
+    QSqlDatabase::removeDatabase(ConnectionName);
+    for (const QLatin1StringView part : {""_L1, "-wal"_L1, "-shm"_L1})
+        QFile::remove(m_indexFile + part);
+}
+
+void LibraryScan::rescan()
+{
+    try {
+        scan();
+    } catch (const ServiceError &error) {
+        qWarning("can't update the index: %s", error.what());
+    }
 }
 
 void LibraryScan::scan()
 {
     QElapsedTimer clock;
     clock.start();
+    // A large library is not scanned all the time.
+    const auto planNext = qScopeGuard([&] {
+        m_soon.setInterval(int(std::clamp<qint64>(clock.elapsed() * 5, 200, 30'000)));
+        m_regular.start(int(std::clamp<qint64>(clock.elapsed() * 50, 15'000, 3'600'000)));
+    });
     try {
         QStringList directories;
         Stamps known;
         QSqlQuery query(m_database);
         query.setForwardOnly(true);
-        query.exec("SELECT path, id, size, modified FROM song"_L1);
+        if (!query.exec("SELECT path, id, size, modified FROM song"_L1))
+            throw ServiceError(query.lastError().text());
         while (query.next()) {
             known.insert(
                 query.value(0).toString(),
@@ -187,14 +204,11 @@ void LibraryScan::scan()
             watch(directories);
         }
         if (!m_database.commit())
-            throw StartupError(m_database.lastError().text());
-    } catch (const StartupError &error) {
+            throw ServiceError(m_database.lastError().text());
+    } catch (const ServiceError &) {
         m_database.rollback();
-        qWarning("can't update the index: %s", error.what());
+        throw;
     }
-    // A large library is not scanned all the time.
-    m_soon.setInterval(int(std::clamp<qint64>(clock.elapsed() * 5, 200, 30'000)));
-    m_regular.start(int(std::clamp<qint64>(clock.elapsed() * 50, 15'000, 3'600'000)));
 }
 
 bool LibraryScan::walk(Stamps &known, QStringList &directories)
@@ -284,7 +298,7 @@ void LibraryScan::execute(const QString &statement, const QVariantList &values)
     for (const QVariant &value : values)
         query.addBindValue(value);
     if (!query.exec())
-        throw StartupError(query.lastError().text());
+        throw ServiceError(query.lastError().text());
 }
 
 void LibraryScan::watch(const QStringList &directories)

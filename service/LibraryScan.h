@@ -44,7 +44,8 @@ private:
     using Stamps = QHash<QString, Stamp>;
 
     void openIndex();
-    void makeTables(const QString &identity);
+    void discardIndex();
+    void rescan();
     void scan();
     bool walk(Stamps &known, QStringList &directories);
     void update(const QFileInfo &file, const QString &path, const Stamp &old);

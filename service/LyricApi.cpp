@@ -5,6 +5,7 @@
 #include "HttpsConnection.h"
 #include "LyricText.h"
 #include "RequestKeyCheck.h"
+#include "ServiceError.h"
 #include "SongIndex.h"
 
 #include <QVSongLrc/QVSongLrcConstants.h>
@@ -105,7 +106,12 @@ LyricApi::Answer LyricApi::answer(const QHttpServerRequest &request, const QStri
     const auto state = checkRequestKey(form->value(KeyField), QDateTime::currentSecsSinceEpoch());
     if (const Refusal *refusal = refusalOf(state))
         return *refusal;
-    return isSearch ? search(*form) : detail(*form);
+    try {
+        return isSearch ? search(*form) : detail(*form);
+    } catch (const ServiceError &error) {
+        qWarning("can't read the index: %s", error.what());
+        return Refusals::NoIndex;
+    }
 }
 
 LyricApi::Answer LyricApi::search(const Form &form)

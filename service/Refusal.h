@@ -41,5 +41,6 @@ inline constexpr Refusal NoLength{411, 411, "the request must tell its length"};
 inline constexpr Refusal TooLarge{413, 413, "a request may have 64 KiB at most"};
 inline constexpr Refusal NoForm{415, 415, "the request must be an URL-encoded form"};
 inline constexpr Refusal LongHead{431, 431, "the request's headers are too long"};
+inline constexpr Refusal NoIndex{500, 500, "the index of songs can't be read"};
 
 } // namespace Refusals

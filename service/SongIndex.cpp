@@ -2,7 +2,7 @@
 #include "SongIndex.h"
 
 #include "SearchTerms.h"
-#include "StartupError.h"
+#include "ServiceError.h"
 
 #include <QSqlError>
 #include <QStringList>
@@ -23,7 +23,7 @@ QSqlDatabase SongIndex::open(const QString &name, const QString &file)
     database.setDatabaseName(file);
     database.setConnectOptions("QSQLITE_BUSY_TIMEOUT=5000"_L1);
     if (!database.open())
-        throw StartupError("can't open the index "_L1 + file + ": "_L1 + database.lastError().text());
+        throw ServiceError("can't open the index "_L1 + file + ": "_L1 + database.lastError().text());
     return database;
 }
 
@@ -39,7 +39,7 @@ SongIndex::SongIndex(const QString &file)
             "SELECT song.title, song.artist, song.link FROM words CROSS JOIN song ON song.id = words.rowid "
             "WHERE words MATCH ? ORDER BY words.rowid LIMIT ?"_L1)
         || !m_path.prepare("SELECT path FROM song WHERE link = ?"_L1))
-        throw StartupError("can't read the index "_L1 + file + ": "_L1 + m_database.lastError().text());
+        throw ServiceError("can't read the index "_L1 + file + ": "_L1 + m_database.lastError().text());
 }
 
 SongIndex::~SongIndex()
@@ -63,7 +63,7 @@ QList<SongIndex::Candidate> SongIndex::search(const QString &track, const QStrin
         m_search.addBindValue(conditions.join(" AND "_L1));
         m_search.addBindValue(MaxCandidates);
         if (!m_search.exec())
-            qWarning("search failed: %s", qPrintable(m_search.lastError().text()));
+            throw ServiceError(m_search.lastError().text());
         const qsizetype exact = found.size();
         while (found.size() < MaxCandidates && m_search.next()) {
             Candidate candidate{m_search.value(0).toString(), m_search.value(1).toString(),
@@ -85,7 +85,9 @@ std::optional<QString> SongIndex::path(const QString &link)
 {
     std::optional<QString> result;
     m_path.addBindValue(link);
-    if (m_path.exec() && m_path.next())
+    if (!m_path.exec())
+        throw ServiceError(m_path.lastError().text());
+    if (m_path.next())
         result = m_path.value(0).toString();
     m_path.finish();
     return result;

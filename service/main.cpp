@@ -3,8 +3,8 @@
 #include "HttpsListener.h"
 #include "LibraryScan.h"
 #include "LyricApi.h"
+#include "ServiceError.h"
 #include "SongIndex.h"
-#include "StartupError.h"
 
 #include <CLI/CLI.hpp>
 
@@ -58,7 +58,7 @@ template <typename Handler>
 void handleSignals(QObject *context, Handler handler)
 {
     if (pipe2(signalPipe.data(), O_CLOEXEC | O_NONBLOCK) != 0)
-        throw StartupError("can't make a pipe"_L1);
+        throw ServiceError("can't make a pipe"_L1);
     auto *notifier = new QSocketNotifier(signalPipe[0], QSocketNotifier::Read, context);
     QObject::connect(notifier, &QSocketNotifier::activated, context, [handler] {
         char byte = 0;
@@ -79,12 +79,12 @@ Options prepared(const std::string &library, const std::string &data)
     const QFileInfo folder(QFile::decodeName(library.c_str()));
     options.library = folder.canonicalFilePath();
     if (!folder.isDir() || !folder.isReadable())
-        throw StartupError("no library folder "_L1 + folder.filePath());
+        throw ServiceError("no library folder "_L1 + folder.filePath());
     options.data = data.empty() ? QStandardPaths::writableLocation(QStandardPaths::AppDataLocation)
                                 : QFile::decodeName(data.c_str());
     options.data = QDir(options.data).absolutePath();
     if (!QDir().mkpath(options.data) || access(QFile::encodeName(options.data).constData(), W_OK | X_OK) != 0)
-        throw StartupError("can't write to the data folder "_L1 + options.data);
+        throw ServiceError("can't write to the data folder "_L1 + options.data);
     return options;
 }
 
@@ -93,12 +93,12 @@ int run(QCoreApplication &application, const Options &options)
     QLockFile lock(options.data + "/lock"_L1);
     lock.setStaleLockTime(0); // however long the service runs
     if (!lock.tryLock())
-        throw StartupError("another service uses the data folder "_L1 + options.data);
+        throw ServiceError("another service uses the data folder "_L1 + options.data);
     const Certificates certificates(options.data, options.address);
     auto *listener = new HttpsListener(certificates.prepare());
     listener->setParent(&application); // until the server takes it
     if (!listener->listen(options.address, options.port)) {
-        throw StartupError("can't listen on "_L1 + options.address.toString() + " port "_L1
+        throw ServiceError("can't listen on "_L1 + options.address.toString() + " port "_L1
                            + QString::number(options.port) + ": "_L1 + listener->errorString());
     }
     listener->pauseAccepting(); // clients wait until the index is there
@@ -119,7 +119,7 @@ int run(QCoreApplication &application, const Options &options)
     QObject::connect(scan, &LibraryScan::ready, &application, [&] {
         try {
             index = std::make_unique<SongIndex>(indexFile);
-        } catch (const StartupError &error) {
+        } catch (const ServiceError &error) {
             fail(QString::fromUtf8(error.what()));
             return;
         }
@@ -140,7 +140,7 @@ int run(QCoreApplication &application, const Options &options)
     QObject::connect(&renewal, &QTimer::timeout, &application, [&] {
         try {
             listener->setConfiguration(certificates.prepare());
-        } catch (const StartupError &error) {
+        } catch (const ServiceError &error) {
             qWarning("can't renew the certificate: %s", error.what());
         }
     });
@@ -198,7 +198,7 @@ int main(int argc, char **argv)
         options.port = port;
         options.jsonLog = jsonLog;
         return run(application, options);
-    } catch (const StartupError &error) {
+    } catch (const ServiceError &error) {
         qCritical("%s", error.what());
         return CannotStart;
     }

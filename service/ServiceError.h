@@ -5,11 +5,11 @@
 
 #include <stdexcept>
 
-/// Why the service can't run, in one line for its user.
-class StartupError : public std::runtime_error
+/// Why the service can't start or go on, in one line for its user.
+class ServiceError : public std::runtime_error
 {
 public:
-    explicit StartupError(const QString &text)
+    explicit ServiceError(const QString &text)
         : std::runtime_error(text.toStdString())
     {
     }
