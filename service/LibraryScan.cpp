@@ -151,6 +151,7 @@ void LibraryScan::openIndex()
         execute("INSERT INTO origin VALUES (?)"_L1, {identity});
         m_database.commit();
     }
+    execute("SELECT rowid FROM words WHERE words MATCH 'a' LIMIT 1"_L1); // throws when it is damaged
     if (!query.exec("SELECT max(id & 0xFFFFFFFF) FROM song"_L1) || !query.next())
         throw ServiceError(query.lastError().text());
     m_lastSerial = query.value(0).toLongLong();

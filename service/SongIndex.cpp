@@ -33,13 +33,16 @@ SongIndex::SongIndex(const QString &file)
     , m_path(m_database)
 {
     // CROSS JOIN keeps the full-text side outside, whose order the rows come in.
-    m_search.setForwardOnly(true);
-    m_path.setForwardOnly(true);
-    if (!m_search.prepare(
-            "SELECT song.title, song.artist, song.link FROM words CROSS JOIN song ON song.id = words.rowid "
-            "WHERE words MATCH ? ORDER BY words.rowid LIMIT ?"_L1)
-        || !m_path.prepare("SELECT path FROM song WHERE link = ?"_L1))
-        throw ServiceError("can't read the index "_L1 + file + ": "_L1 + m_database.lastError().text());
+    const std::pair<QSqlQuery *, QLatin1StringView> queries[] = {
+        {&m_search,
+         "SELECT song.title, song.artist, song.link FROM words CROSS JOIN song "
+         "ON song.id = words.rowid WHERE words MATCH ? ORDER BY words.rowid LIMIT ?"_L1},
+        {&m_path, "SELECT path FROM song WHERE link = ?"_L1}};
+    for (const auto &[query, statement] : queries) {
+        query->setForwardOnly(true);
+        if (!query->prepare(statement))
+            throw ServiceError("can't read the index "_L1 + file + ": "_L1 + query->lastError().text());
+    }
 }
 
 SongIndex::~SongIndex()

@@ -34,13 +34,13 @@ public:
     /// The songs that \p track and \p artist, where they hold anything to look for, both describe: first
     /// those by exactly that artist, then the others, each part by length of title. At most MaxCandidates.
     ///
-    /// \throws ServiceError when the index can\'t be read.
+    /// \throws ServiceError when the index can't be read.
     QList<Candidate> search(const QString &track, const QString &artist);
 
     /// The path, relative to the library, of the song that a search gave as \p link; nothing when there is
     /// none.
     ///
-    /// \throws ServiceError when the index can\'t be read.
+    /// \throws ServiceError when the index can't be read.
     std::optional<QString> path(const QString &link);
 
     /// Opens \p file as the connection \p name. For the two sides of the index only.
