@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <QVSongLrc/QVSongLrcVersion.h>
 
-const double QVSongLrcVersionNumber = 1.0;
+const double QVSongLrcVersionNumber = QVSONGLRC_PROJECT_VERSION;
 
 const char QVSongLrcVersionString[] =
-    "@(#)PROGRAM:QVSongLrc  PROJECT:" QVSONGLRC_PROJECT_NAME "-" QVSONGLRC_PROJECT_VERSION "\n";
+    "@(#)PROGRAM:QVSongLrc  PROJECT:" QVSONGLRC_PROJECT_NAME "-" QT_STRINGIFY(QVSONGLRC_PROJECT_VERSION) "\n";

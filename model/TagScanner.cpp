@@ -106,14 +106,14 @@ std::optional<Match> findTag(QStringView text, qsizetype from, AfterBracket afte
 std::optional<Match> propertyTag(QStringView text)
 {
     // The end of every tag is the same. Looked up at the first key, and not before: most lines have none.
-    std::optional<const char16_t *> lastClose;
+    std::optional<qsizetype> lastClose;
     return findTag(text, 0, [&](const char16_t *at, const char16_t *end) -> const char16_t * {
         const char16_t *const value = afterPropertyKey(at, end);
         if (!value)
             return nullptr;
         if (!lastClose)
-            lastClose = text.utf16() + text.lastIndexOf(u']');
-        return *lastClose >= value ? *lastClose + 1 : nullptr;
+            lastClose = text.lastIndexOf(u']');
+        return *lastClose >= value - text.utf16() ? text.utf16() + *lastClose + 1 : nullptr;
     });
 }
 

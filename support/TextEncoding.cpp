@@ -76,7 +76,30 @@ QByteArrayList likelyEncodings(const QByteArray &bytes)
     const UCharsetMatch **const matches = ucsdet_detectAll(detector.getAlias(), &count, &status);
     for (int32_t i = 0; U_SUCCESS(status) && i < count; ++i)
         names += ucsdet_getName(matches[i], &status);
-    return names;
+    // ICU also names encodings that no lyric is in without a mark, or ever: it does so for what it can't place.
+    names.removeIf([](const QByteArray &name) { return name.startsWith("UTF-") || name.startsWith("IBM"); });
+    return names << "windows-1252"
+                 << "ISO-8859-1";
+}
+
+QByteArray canonicalName(const QByteArray &name)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::LocalUConverterPointer converter = openConverter(name);
+    return converter.isValid() ? ucnv_getName(converter.getAlias(), &status) : name;
+}
+
+bool hasUtf16Mark(const QByteArray &bytes)
+{
+    return bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF");
+}
+
+// UTF-16 and UTF-32 by themselves go by the mark, and are big-endian without one.
+QByteArray withByteOrder(const QByteArray &name, const QByteArray &bytes)
+{
+    if (name != "UTF-16" && name != "UTF-32")
+        return name;
+    return name + (bytes.startsWith("\xFF\xFE") ? "LE" : "BE");
 }
 
 DecodedText withoutMark(const QString &text, const QByteArray &name)
@@ -107,27 +130,28 @@ bool isTextEncoding(const QByteArray &name)
 
 TextEncoding textEncodingToWrite(const QByteArray &name)
 {
-    const QByteArray upper = name.toUpper();
-    if (upper == "UTF-16" || upper == "UTF-32")
-        return {upper + "LE", true};
-    return {name, false};
+    const QByteArray canonical = canonicalName(name);
+    if (canonical == "UTF-16" || canonical == "UTF-32")
+        return {canonical + "LE", true};
+    return {canonical, false};
 }
 
 std::optional<DecodedText> decodeText(const QByteArray &bytes, const QByteArray &name)
 {
-    const bool littleEndian = bytes.startsWith("\xFF\xFE");
-    const bool hasUtf16Mark = littleEndian || bytes.startsWith("\xFE\xFF");
-    QByteArrayList candidates{name};
-    if (name.toUpper() == "UTF-16" || (name.isEmpty() && hasUtf16Mark)) {
-        candidates = {littleEndian ? "UTF-16LE" : "UTF-16BE"};
-    } else if (name.isEmpty()) {
-        candidates = {"UTF-8"};
-        if (!bytes.contains('\0')) // no legacy text holds NUL: such bytes are no text at all
-            candidates += likelyEncodings(bytes);
+    if (!name.isEmpty() || hasUtf16Mark(bytes)) {
+        const QByteArray encoding = withByteOrder(name.isEmpty() ? "UTF-16" : canonicalName(name), bytes);
+        const auto text = decode(bytes, encoding);
+        return text ? std::optional(withoutMark(*text, encoding)) : std::nullopt;
     }
-    for (const QByteArray &candidate : std::as_const(candidates)) {
-        if (const auto text = decode(bytes, candidate))
-            return withoutMark(*text, candidate);
+    if (const auto text = decode(bytes, "UTF-8"))
+        return withoutMark(*text, "UTF-8");
+    if (bytes.contains('\0')) // no legacy text holds NUL: such bytes are no text at all
+        return std::nullopt;
+    // A guess may be wrong, but the bytes that it gives back must be those that were read.
+    for (const QByteArray &candidate : likelyEncodings(bytes)) {
+        const auto text = decode(bytes, candidate);
+        if (text && encodeText(*text, {candidate, false}) == bytes)
+            return DecodedText{*text, {candidate, false}};
     }
     return std::nullopt;
 }

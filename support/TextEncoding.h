@@ -30,8 +30,8 @@ bool isTextEncoding(const QByteArray &name);
 /// mark.
 TextEncoding textEncodingToWrite(const QByteArray &name);
 
-/// Reads \p bytes in the encoding \p name, or, with none given, as UTF-8, as UTF-16 when it begins with a
-/// mark, and else in the encoding that they look like most. Nothing when they hold a sequence that the
+/// Reads \p bytes in the encoding \p name, or, with none given, as UTF-16 when they begin with its mark, as
+/// UTF-8, and else in the encoding that they look like most and that gives the same bytes back. Nothing when they hold a sequence that the
 /// encoding does not have.
 std::optional<DecodedText> decodeText(const QByteArray &bytes, const QByteArray &name = {});
 

@@ -15,6 +15,12 @@ void writeAll(QFileDevice &device, const QString &file, const QByteArray &bytes)
         throw FileError(file, device.errorString());
 }
 
+// Qt takes a name that begins with ":" for a resource of the program's own.
+QString localName(const QString &file)
+{
+    return file.startsWith(u':') ? QStringLiteral("./") + file : file;
+}
+
 const QString StandardOutput = QStringLiteral("standard output");
 
 } // namespace
@@ -28,7 +34,7 @@ DecodedText readTextFile(const QString &file, const QByteArray &encoding)
 {
     const bool isStandardInput = file == StandardStream;
     const QString name = isStandardInput ? QStringLiteral("standard input") : file;
-    QFile device(file);
+    QFile device(localName(file));
     const bool opened =
         isStandardInput ? device.open(stdin, QIODevice::ReadOnly) : device.open(QIODevice::ReadOnly);
     if (!opened)
@@ -59,14 +65,15 @@ void writeTextFile(const QString &file, const QString &text, const TextEncoding 
         return;
     }
     // Replacing a device or a pipe by a file is never what is wanted.
-    if (const QFileInfo info(file); info.exists() && !info.isFile() && !info.isDir()) {
-        QFile device(file);
+    const QString path = localName(file);
+    if (const QFileInfo info(path); info.exists() && !info.isFile() && !info.isDir()) {
+        QFile device(path);
         if (!device.open(QIODevice::WriteOnly))
             throw FileError(file, device.errorString());
         writeAll(device, file, *bytes);
         return;
     }
-    QSaveFile device(file);
+    QSaveFile device(path);
     if (!device.open(QIODevice::WriteOnly))
         throw FileError(file, device.errorString());
     writeAll(device, file, *bytes);

@@ -6,9 +6,8 @@
 
 #include <QVSongLrc/QVSongLrc.h>
 
-#include <QJsonObject>
-
 #include <cstdio>
+#include <new>
 
 namespace {
 
@@ -32,31 +31,23 @@ QByteArray listing(const QVSongLineList &lines)
     return text;
 }
 
-// Prints report(text of the file) for every file, and the error for each that fails.
+// Prints report(file, text of the file) for every file, and the error for each that fails.
 template <typename Report>
 ExitStatus forEachFile(const Options &options, Report report)
 {
     ExitStatus status = Done;
     for (const QString &file : options.files) {
-        QString text;
+        QByteArray printed;
         try {
-            text = readTextFile(file, options.encoding).text;
-        } catch (const FileError &error) {
+            printed = report(file, readTextFile(file, options.encoding).text);
+        } catch (const std::exception &error) {
             status = Failed;
-            const QString message = QString::fromUtf8(error.what());
-            reportError(message);
-            if (options.json) {
-                const QJsonObject details{{QStringLiteral("domain"), QStringLiteral("songlrc")},
-                                          {QStringLiteral("code"), int(Failed)},
-                                          {QStringLiteral("localizedDescription"), message}};
-                writeStandardOutput(
-                    Json::object({{"file", Json::value(file)}, {"error", Json::value(details)}}) + '\n');
-            }
+            reportFailure(error, options.json, file);
             continue;
         }
         if (!options.json && options.files.size() > 1)
             writeStandardOutput(visible(QStringLiteral("==> %1 <==").arg(file)) + '\n');
-        writeStandardOutput(report(file, text));
+        writeStandardOutput(printed);
     }
     return status;
 }
@@ -88,6 +79,8 @@ QByteArray visible(QString text)
             c = QChar(0x2400 + c.unicode());
         else if (c == QChar(0x7F))
             c = QChar(0x2421);
+        else if (c.category() == QChar::Other_Control || c.category() == QChar::Other_Format)
+            c = QChar::ReplacementCharacter;
     }
     return wellFormed(text).toUtf8();
 }
@@ -95,6 +88,28 @@ QByteArray visible(QString text)
 void reportError(const QString &message)
 {
     std::fprintf(stderr, "songlrc: %s\n", visible(message).constData());
+}
+
+void reportError(const QString &message, int code, bool json, const QString &file)
+{
+    reportError(message);
+    if (!json)
+        return;
+    const QByteArray error = Json::object({{"domain", "\"songlrc\""},
+                                           {"code", QByteArray::number(code)},
+                                           {"localizedDescription", Json::value(message)}});
+    writeStandardOutput((file.isNull() ? Json::object({{"error", error}})
+                                       : Json::object({{"file", Json::value(file)}, {"error", error}}))
+                        + '\n');
+}
+
+void reportFailure(const std::exception &error, bool json, const QString &file)
+{
+    const bool outOfMemory = dynamic_cast<const std::bad_alloc *>(&error) != nullptr;
+    QString message = outOfMemory ? QStringLiteral("out of memory") : QString::fromUtf8(error.what());
+    if (outOfMemory && !file.isNull())
+        message = file + QStringLiteral(": ") + message;
+    reportError(message, Failed, json, file);
 }
 
 ExitStatus Commands::parse(const Options &options)

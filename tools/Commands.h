@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <exception>
+
 /// What a run of the program ends with.
 enum ExitStatus {
     Done = 0,
@@ -19,6 +21,12 @@ QByteArray visible(QString text);
 
 /// Prints "songlrc: " and the message on standard error, in one line.
 void reportError(const QString &message);
+
+/// The same, and with \p json an object on standard output that says so, too, with \p file unless it is absent.
+void reportError(const QString &message, int code, bool json, const QString &file = {});
+
+/// Reports what went wrong with a file, memory that ran out included.
+void reportFailure(const std::exception &error, bool json, const QString &file = {});
 
 /// What the command line said; each command reads what concerns it.
 struct Options

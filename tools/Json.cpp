@@ -4,12 +4,34 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
+#include <algorithm>
+#include <array>
+
 namespace Json {
 namespace {
 
-QJsonValue stringOrNull(const QString &string)
+QByteArray string(const QString &text)
 {
-    return string.isNull() ? QJsonValue(QJsonValue::Null) : QJsonValue(string);
+    if (text.isNull())
+        return "null";
+    const bool isPlain = std::none_of(text.cbegin(), text.cend(), [](QChar c) {
+        return c < u' ' || c == u'"' || c == u'\\' || c.isSurrogate();
+    });
+    return isPlain ? '"' + text.toUtf8() + '"' : value(text);
+}
+
+QByteArray boolean(bool value)
+{
+    return value ? "true" : "false";
+}
+
+template <typename Numbers>
+QByteArray numbers(const Numbers &list)
+{
+    QByteArray text = "[";
+    for (const qint64 number : list)
+        text += (text.size() > 1 ? "," : "") + QByteArray::number(number);
+    return text + ']';
 }
 
 } // namespace
@@ -35,17 +57,14 @@ QByteArray object(std::initializer_list<std::pair<const char *, QByteArray>> mem
 
 QByteArray line(const QVSongLine &line)
 {
-    QJsonArray times;
-    for (const qint64 time : *line.aryTimes())
-        times.append(time);
     const auto [location, length] = line.txtRg();
-    return object({{"isProperty", value(line.isProperty())},
-                   {"propertyStr", value(stringOrNull(line.propertyStr()))},
-                   {"aryTimes", value(times)},
-                   {"lineText", value(stringOrNull(line.lineText()))},
-                   {"txtRg", value(QJsonArray{qint64(location), qint64(length)})},
+    return object({{"isProperty", boolean(line.isProperty())},
+                   {"propertyStr", string(line.propertyStr())},
+                   {"aryTimes", numbers(*line.aryTimes())},
+                   {"lineText", string(line.lineText())},
+                   {"txtRg", numbers(std::array{qint64(location), qint64(length)})},
                    {"playTime", value(line.playTime())},
-                   {"displayText", value(line.displayText())}});
+                   {"displayText", string(line.displayText())}});
 }
 
 QByteArray lines(const QVSongLineList &lines)

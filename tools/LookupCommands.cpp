@@ -82,8 +82,8 @@ ExitStatus ask(const Options &options, Start start)
         ExitStatus status = Failed;
         try {
             status = interrupted ? Interrupted : answer();
-        } catch (const FileError &error) {
-            reportError(QString::fromUtf8(error.what()));
+        } catch (const std::exception &error) {
+            reportFailure(error, options.json);
         }
         application.exit(status);
     });

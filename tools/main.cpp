@@ -76,9 +76,7 @@ public:
             status = Done;
             return nullptr;
         } catch (const CLI::ParseError &error) {
-            reportError(QString::fromUtf8(error.what()).simplified());
-            status = WrongUsage;
-            return nullptr;
+            return refuse(QString::fromUtf8(error.what()).simplified(), status);
         }
         options = m_options;
         for (const std::string &file : m_files)
@@ -94,19 +92,23 @@ public:
         options.caFile = QFile::decodeName(m_caFile.c_str());
         const CLI::App *const chosen = m_app.get_subcommands().front();
         if (m_lookups.contains(chosen) && m_title.empty() && m_artist.empty() && m_link.empty()) {
-            reportError(QStringLiteral("name a title, an artist or a link to look up"));
-            status = WrongUsage;
-            return nullptr;
+            return refuse(QStringLiteral("name a title, an artist or a link to look up"), status);
         }
-        if (options.inPlace && options.files.first() == StandardStream) {
-            reportError(QStringLiteral("--in-place: standard input can't be written back"));
-            status = WrongUsage;
-            return nullptr;
-        }
+        if (options.files.contains(QString()) || options.files.count(StandardStream) > 1)
+            return refuse(QStringLiteral("FILE: a file's name, or \"-\" once"), status);
+        if (options.inPlace && options.files.first() == StandardStream)
+            return refuse(QStringLiteral("--in-place: standard input can't be written back"), status);
         return m_commands.at(chosen);
     }
 
 private:
+    Command refuse(const QString &why, ExitStatus &status) const
+    {
+        reportError(why, WrongUsage, m_options.json);
+        status = WrongUsage;
+        return nullptr;
+    }
+
     CLI::App &add(const char *name, const char *description, Command command)
     {
         CLI::App &subcommand = *m_app.add_subcommand(name, description);
@@ -119,6 +121,7 @@ private:
         command.add_option("FILE", m_files, "The lyric's file; \"-\" is standard input.")
             ->required()
             ->expected(least, most)
+            ->allow_extra_args(false) // or "[a,b]" would be taken for two files
             ->type_name("");
         addEncoding(command, "--encoding", m_encoding,
                     "Read in this encoding. Otherwise UTF-8, UTF-16 with a mark, or what it looks like.");
@@ -192,8 +195,8 @@ int main(int argc, char **argv)
         return status;
     try {
         return command(options);
-    } catch (const FileError &error) {
-        reportError(QString::fromUtf8(error.what()));
+    } catch (const std::exception &error) {
+        reportFailure(error, options.json);
         return Failed;
     }
 }
