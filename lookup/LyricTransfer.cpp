@@ -9,7 +9,8 @@ LyricTransfer::LyricTransfer(const QNetworkRequest &request, const QByteArray &f
                              std::chrono::milliseconds idleLimit, LyricHttpClient::Success success,
                              LyricHttpClient::Failure failure, QObject *parent)
     : QObject(parent)
-    , m_reply(m_manager.post(request, form))
+    , m_form(form)
+    , m_reply(m_manager.post(request, &m_form))
     , m_success(std::move(success))
     , m_failure(std::move(failure))
 {
@@ -23,10 +24,13 @@ LyricTransfer::LyricTransfer(const QNetworkRequest &request, const QByteArray &f
     const auto restartIdle = [this] { m_idle.start(); };
     connect(m_reply, &QNetworkReply::encrypted, this, restartIdle);
     connect(m_reply, &QNetworkReply::uploadProgress, this, restartIdle);
-    connect(m_reply, &QNetworkReply::redirected, this, restartIdle);
+    connect(m_reply, &QNetworkReply::redirected, this, [this] {
+        m_form.allowRestart();
+        m_idle.start();
+    });
     connect(m_reply, &QNetworkReply::metaDataChanged, this, restartIdle);
     connect(m_reply, &QNetworkReply::readyRead, this, &LyricTransfer::read);
-    connect(m_reply, &QNetworkReply::finished, this, &LyricTransfer::finish);
+    connect(m_reply, &QNetworkReply::finished, this, &LyricTransfer::read);
     connect(&m_idle, &QTimer::timeout, this,
             [this] { fail(QNetworkReply::TimeoutError, tr("The lyric service has not answered in time.")); });
 }
@@ -43,7 +47,11 @@ void LyricTransfer::cancel()
 
 void LyricTransfer::read()
 {
+    if (m_isSettled)
+        return;
     m_idle.start();
+    // A packed reply may hold more than one turn of the event loop should unpack.
+    qint64 allowance = 1024 * 1024;
     std::array<char, 64 * 1024> chunk;
     qint64 length = 0;
     while ((length = m_reply->read(chunk.data(), chunk.size())) > 0) {
@@ -52,14 +60,22 @@ void LyricTransfer::read()
             return;
         }
         m_body.append(chunk.data(), length);
+        allowance -= length;
+        if (allowance <= 0) {
+            QMetaObject::invokeMethod(this, &LyricTransfer::read, Qt::QueuedConnection);
+            return;
+        }
     }
+    if (m_reply->isFinished())
+        finish();
 }
 
 void LyricTransfer::finish()
 {
-    read();
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    if (m_reply->error() != QNetworkReply::NoError)
+    if (m_reply->error() == QNetworkReply::ContentReSendError) // what OneTimeBody has refused
+        fail(QNetworkReply::RemoteHostClosedError, tr("The lyric service closed the connection."));
+    else if (m_reply->error() != QNetworkReply::NoError)
         fail(m_reply->error(), m_reply->errorString());
     else if (status < 200 || status > 299)
         fail(QNetworkReply::UnknownContentError,

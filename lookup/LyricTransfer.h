@@ -2,6 +2,7 @@
 #pragma once
 
 #include "LyricHttpClient.h"
+#include "OneTimeBody.h"
 
 #include <QCoreApplication>
 #include <QNetworkAccessManager>
@@ -34,6 +35,7 @@ private:
     void fail(int networkError, const QString &description);
     void settle(std::function<void()> answer);
 
+    OneTimeBody m_form; // goes after the manager, which reads it
     QNetworkAccessManager m_manager;
     QNetworkReply *m_reply; // the manager's child
     QTimer m_idle;
