@@ -4,12 +4,11 @@
 #include <QByteArray>
 #include <QIODevice>
 
+#include <QDebug>
 #include <algorithm>
-#include <utility>
 
 /// A request's body that is sent once. Qt sends a request up to three times more when the connection closes
-/// before the reply begins, unless its body refuses to start again; and no lookup is repeated. Redirects that
-/// keep the method do need the body anew.
+/// before the reply begins, unless its body refuses to start again; and no lookup is repeated.
 class OneTimeBody final : public QIODevice
 {
 public:
@@ -19,16 +18,9 @@ public:
         open(ReadOnly | Unbuffered);
     }
 
-    /// Lets the body start again, once.
-    void allowRestart() { m_mayRestart = true; }
-
     qint64 size() const override { return m_bytes.size(); }
 
-    bool reset() override
-    {
-        m_at = 0;
-        return std::exchange(m_mayRestart, false) && seek(0);
-    }
+    bool reset() override { return false; }
 
 protected:
     qint64 readData(char *data, qint64 maxSize) override
@@ -44,5 +36,4 @@ protected:
 private:
     const QByteArray m_bytes;
     qint64 m_at = 0;
-    bool m_mayRestart = false;
 };

@@ -59,6 +59,7 @@ struct Outcome
     QList<QJsonObject> results;
     qint64 bestIndex = -1;
     double longestTurnMs = 0;
+    int runs = 1;
 };
 
 /// A search from its start until the model has gone.
@@ -87,8 +88,10 @@ Outcome searchOnce(std::chrono::milliseconds idleLimit)
 Outcome search(int attempts = 3, std::chrono::milliseconds idleLimit = std::chrono::seconds(20))
 {
     Outcome outcome = searchOnce(idleLimit);
-    while (outcome.longestTurnMs >= LongestTurnMs && --attempts > 0)
+    for (int run = 2; outcome.longestTurnMs >= LongestTurnMs && run <= attempts; ++run) {
         outcome = searchOnce(idleLimit);
+        outcome.runs = run;
+    }
     return outcome;
 }
 
@@ -268,7 +271,7 @@ void TestLyricTransport::replies_data()
     transport("999", Server::reply(Good, "999 Oh"), QNetworkReply::UnknownServerError);
     transport("no HTTP", Server::send("SSH-2.0-x\r\n\r\n"), QNetworkReply::RemoteHostClosedError);
 
-    good("201", Server::reply(Good, "201 Created"));
+    good("201", Server::reply(Good, "201 Created", "Location: /x\r\n"));
     good("16 MiB of white space around it",
          Server::reply(Good + QByteArray(16 * 1024 * 1024 - Good.size(), ' ')));
     transport("one byte more", Server::reply(Good + QByteArray(16 * 1024 * 1024 - Good.size() + 1, ' ')),
@@ -287,8 +290,9 @@ void TestLyricTransport::replies()
     const Server server(m_honest, behaviour);
     LyricService::setEndpoint(u"127.0.0.1"_s, server.port());
     const bool isStall = code == QNetworkReply::TimeoutError;
-    check(search(3, std::chrono::milliseconds(isStall ? 300 : 20'000)), domain, code, description);
-    QCOMPARE(server.requests().size(), 1); // nothing is sent again
+    const Outcome outcome = search(3, std::chrono::milliseconds(isStall ? 300 : 20'000));
+    check(outcome, domain, code, description);
+    QCOMPARE(server.requests().size(), outcome.runs); // nothing is sent again
 }
 
 void TestLyricTransport::readsPackedReplies()
@@ -313,9 +317,9 @@ void TestLyricTransport::redirects_data()
     row("five", "https://127.0.0.1:PORT/N", 5, 0);
     row("six", "/N", 6, QNetworkReply::TooManyRedirectsError);
     row("loop", "/0", 1000, QNetworkReply::TooManyRedirectsError);
-    row("the form again", "/N", 2, 0, "307 Temporary Redirect");
+    row("that want the form again", "/N", 1, QNetworkReply::RemoteHostClosedError, "307 Temporary Redirect");
     row("to http", "http://127.0.0.1:PORT/N", 1, QNetworkReply::InsecureRedirectError);
-    row("to a file", "file:///etc/hostname", 1, QNetworkReply::ProtocolUnknownError);
+    row("to a file", "file:///etc/hostname", 1, QNetworkReply::InsecureRedirectError);
     row("to a host of another name", "https://localhost:PORT/N", 1, QNetworkReply::SslHandshakeFailedError);
 }
 
@@ -325,20 +329,20 @@ void TestLyricTransport::redirects()
     QFETCH(const QByteArray, location);
     QFETCH(const int, times);
     QFETCH(const int, code);
-    // The path counts, not the requests: a GET may be sent again when its connection closes.
+    int hop = 0;
     const Server server(m_honest, [&](QSslSocket *socket) {
-        const QByteArray path = server.requests().last().split(' ').value(1);
-        const int hop = path.sliced(1).toInt(); // 0 for the first
-        if (hop >= times)
+        if (hop++ == times)
             return Server::reply(Good)(socket);
         QByteArray next = location;
-        next.replace("PORT", QByteArray::number(socket->localPort()))
-            .replace("N", QByteArray::number(hop + 1));
+        next.replace("PORT", QByteArray::number(socket->localPort())).replace("N", QByteArray::number(hop));
         Server::reply({}, status, "Location: " + next + "\r\n")(socket);
     });
     LyricService::setEndpoint(u"127.0.0.1"_s, server.port());
     check(search(1), code ? QString(QVLyricError::TransportDomain) : QString(), code);
-    QCOMPARE(server.requests().last().startsWith("POST "), times == 1 || status.startsWith("307"));
+    QCOMPARE(server.requests().size(), std::min(times + (code ? 0 : 1), 6));
+    const QByteArray last = server.requests().last();
+    QCOMPARE(last.startsWith("POST "), times == 1);
+    QCOMPARE(last.endsWith("%3D"), last.startsWith("POST ")); // the form
 }
 
 void TestLyricTransport::reads50000Candidates()
