@@ -18,9 +18,9 @@ QSslConfiguration sslConfiguration()
     QSslConfiguration configuration;
     configuration.setProtocol(QSsl::TlsV1_2OrLater);
     configuration.setPeerVerifyMode(QSslSocket::VerifyPeer);
-    // Adds to the system's authorities, which TLS looks up as it needs them.
-    for (const QSslCertificate &authority : LyricService::certificateAuthorities())
-        configuration.addCaCertificate(authority);
+    const QList<QSslCertificate> authorities = LyricService::certificateAuthorities();
+    if (!authorities.isEmpty()) // else TLS looks the system's up as it needs them
+        configuration.setCaCertificates(authorities);
     return configuration;
 }
 
