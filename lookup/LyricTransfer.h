@@ -5,11 +5,11 @@
 
 #include <QCoreApplication>
 #include <QNetworkAccessManager>
+#include <QNetworkRequest>
 #include <QObject>
 #include <QTimer>
 
 class QNetworkReply;
-class QNetworkRequest;
 
 /// One POST under way. Belongs to its parent and deletes itself once it has answered; destroyed before, it
 /// does not answer.
@@ -21,6 +21,8 @@ public:
     /// What a body may come to, unpacked.
     static constexpr qsizetype BodyLimit = 16 * 1024 * 1024;
 
+    static constexpr int MaximumRedirects = 5;
+
     LyricTransfer(const QNetworkRequest &request, const QByteArray &form, std::chrono::milliseconds idleLimit,
                   LyricHttpClient::Success success, LyricHttpClient::Failure failure, QObject *parent);
     ~LyricTransfer() override;
@@ -29,13 +31,17 @@ public:
     void cancel();
 
 private:
+    void watchReply();
     void read();
     void finish();
+    void follow(const QUrl &target);
     void fail(int networkError, const QString &description);
     void settle(std::function<void()> answer);
 
+    QNetworkRequest m_request;
     QNetworkAccessManager m_manager;
-    QNetworkReply *m_reply; // the manager's child
+    QNetworkReply *m_reply = nullptr; // the manager's child
+    int m_redirects = 0;
     QTimer m_idle;
     QByteArray m_body;
     LyricHttpClient::Success m_success;

@@ -12,17 +12,15 @@
 
 namespace {
 
-constexpr int MaximumRedirects = 5;
-
 /// Does not start from the application's default configuration, which may trust more than the system does.
 QSslConfiguration sslConfiguration()
 {
     QSslConfiguration configuration;
     configuration.setProtocol(QSsl::TlsV1_2OrLater);
     configuration.setPeerVerifyMode(QSslSocket::VerifyPeer);
-    // Adds to the system's authorities, which TLS looks up as it needs them.
-    for (const QSslCertificate &authority : LyricService::certificateAuthorities())
-        configuration.addCaCertificate(authority);
+    const QList<QSslCertificate> authorities = LyricService::certificateAuthorities();
+    if (!authorities.isEmpty()) // else TLS looks the system's up as it needs them
+        configuration.setCaCertificates(authorities);
     return configuration;
 }
 
@@ -49,10 +47,9 @@ private:
 QtHttpClient::QtHttpClient()
 {
     m_request.setSslConfiguration(sslConfiguration());
+    // Qt unpacks what it is handed at once, to count it. Past this it refuses what grows more than fortyfold.
+    m_request.setDecompressedSafetyCheckThreshold(4 * 1024 * 1024);
     m_request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false); // one request is all there is
-    m_request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                           QNetworkRequest::NoLessSafeRedirectPolicy);
-    m_request.setMaximumRedirectsAllowed(MaximumRedirects);
 }
 
 void QtHttpClient::setHeader(const QByteArray &name, const QByteArray &value)

@@ -185,9 +185,9 @@ void TestLyricRequest::refusesEmptyQueries()
 void TestLyricRequest::refusesAbsentCompletions()
 {
     const auto model = std::make_shared<CannedModel>();
-    QVERIFY_EXCEPTION_THROWN(model->requestListWithCompletion(nullptr), std::invalid_argument);
-    QVERIFY_EXCEPTION_THROWN(model->requestDetail(u"x"_s, nullptr), std::invalid_argument);
-    QVERIFY_EXCEPTION_THROWN(model->requestWithCompletion(nullptr), std::invalid_argument);
+    QVERIFY_THROWS_EXCEPTION(std::invalid_argument, model->requestListWithCompletion(nullptr));
+    QVERIFY_THROWS_EXCEPTION(std::invalid_argument, model->requestDetail(u"x"_s, nullptr));
+    QVERIFY_THROWS_EXCEPTION(std::invalid_argument, model->requestWithCompletion(nullptr));
     QVERIFY(model->sent.isEmpty());
 }
 
@@ -543,9 +543,9 @@ void TestLyricRequest::keepsTheServicesAddress()
     LyricService::setEndpoint(u"::1"_s, 8443);
     QCOMPARE(LyricService::url(u"/a"_s).toString(), u"https://[::1]:8443/a"_s);
     for (const QString &host : {QString(), u""_s, u"a b"_s, u"a/b"_s, u"a@b"_s, u"a:1"_s})
-        QVERIFY_EXCEPTION_THROWN(LyricService::setEndpoint(host), std::invalid_argument);
-    QVERIFY_EXCEPTION_THROWN(LyricService::setEndpoint(u"a"_s, 0), std::invalid_argument);
-    QVERIFY_EXCEPTION_THROWN(LyricService::addCertificateAuthority(QSslCertificate()), std::invalid_argument);
+        QVERIFY_THROWS_EXCEPTION(std::invalid_argument, LyricService::setEndpoint(host));
+    QVERIFY_THROWS_EXCEPTION(std::invalid_argument, LyricService::setEndpoint(u"a"_s, 0));
+    QVERIFY_THROWS_EXCEPTION(std::invalid_argument, LyricService::addCertificateAuthority(QSslCertificate()));
     QCOMPARE(LyricService::port(), 8443);
 }
 

@@ -12,7 +12,8 @@
 /// the main thread; requests already started keep what they started with.
 ///
 /// The service is always spoken to by HTTPS, TLS 1.2 or better, and its certificate and host name are always
-/// verified. To trust an authority that the system does not, add its certificate.
+/// verified, against the system's authorities or, once a program has added some, against these alone: there
+/// is one service, and whoever names its authority needs no other.
 class QVSONGLRC_LOOKUP_EXPORT LyricService
 {
 public:
@@ -27,10 +28,11 @@ public:
     /// \throws std::invalid_argument when \p host is none or \p port is 0; nothing changes.
     static void setEndpoint(const QString &host, quint16 port = 443);
 
-    /// The authorities added; the system's own are not among them.
+    /// The authorities added.
     static QList<QSslCertificate> certificateAuthorities();
 
-    /// Trusts \p certificate besides the system's authorities.
+    /// Trusts \p certificate, besides those added before, in the place of the system's authorities. To trust
+    /// both, add QSslConfiguration::systemCaCertificates() too; each request then takes a few ms longer.
     ///
     /// \throws std::invalid_argument when \p certificate is null; nothing changes.
     static void addCertificateAuthority(const QSslCertificate &certificate);

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QIODevice>
+
+#include <QDebug>
+#include <algorithm>
+
+/// A request's body that is sent once. Qt sends a request up to three times more when the connection closes
+/// before the reply begins, unless its body refuses to start again; and no lookup is repeated.
+class OneTimeBody final : public QIODevice
+{
+public:
+    explicit OneTimeBody(const QByteArray &bytes)
+        : m_bytes(bytes)
+    {
+        open(ReadOnly | Unbuffered);
+    }
+
+    qint64 size() const override { return m_bytes.size(); }
+
+    bool reset() override { return false; }
+
+protected:
+    qint64 readData(char *data, qint64 maxSize) override
+    {
+        const qint64 length = std::min<qint64>(maxSize, m_bytes.size() - m_at);
+        std::copy_n(m_bytes.constData() + m_at, length, data);
+        m_at += length;
+        return length;
+    }
+
+    qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    const QByteArray m_bytes;
+    qint64 m_at = 0;
+};
