@@ -31,6 +31,7 @@ def rows(results):
             ("preview_tags", "preview_tags_floor", 1.5),
             ("preview_bare", "preview_bare_floor", 1.5),
             ("serialise", "serialise_floor", None),
+            ("delete_set", "delete_set_floor", None),
         ):
             yield f"{name} / {base}, {size} lines", time[f"{name}/{size}"] / time[f"{base}/{size}"], limit
     yield "build a line, 300000 lines / 63 lines", time["build/300000"] / 300000 / (time["build/63"] / 63), 1.5

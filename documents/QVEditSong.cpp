@@ -5,8 +5,8 @@
 #include "../model/QVSongLine_p.h"
 #include "../model/Saturating.h"
 #include "../model/TimeText.h"
-#include "LineWriter.h"
 #include "LyricReader.h"
+#include "QVLineWriter.h"
 
 #include <QCoreApplication>
 
@@ -85,7 +85,7 @@ void QVEditSong::buildWithLrcText(const QString &text)
             line.m_textView = rawLine.sliced(end);
         });
     lines->squeeze();
-    m_songText = LineWriter::writeSongText(*lines);
+    m_songText = QVLineWriter::writeSongText(*lines);
     m_aryLines = lines;
 }
 
@@ -132,7 +132,7 @@ bool QVEditSong::isEqual(const QVEditSong *other) const
 
 void QVEditSong::updateSongText()
 {
-    m_songText = LineWriter::writeSongText(*m_aryLines);
+    m_songText = QVLineWriter::writeSongText(*m_aryLines);
 }
 
 bool QVEditSong::insertCopyrightMark()

@@ -4,8 +4,8 @@
 #include "../model/OwnedString.h"
 #include "../model/QVSongLine_p.h"
 #include "../model/TimeText.h"
-#include "LineWriter.h"
 #include "LyricReader.h"
+#include "QVLineWriter.h"
 
 #include <algorithm>
 #include <vector>
@@ -54,8 +54,7 @@ void QVPreviewSong::setTagSongText(const QString &text)
 
 void QVPreviewSong::buildWithLrcText(const QString &text)
 {
-    // The lines slice the caller's text only until their texts are gathered, in play order.
-    const QString source = QString::fromRawData(text.constData(), text.size());
+    const QString source = ownedString(text);
     const auto lines = std::make_shared<QVSongLineList>();
     const auto appendLine = [&](QStringView lineText, qint64 milliseconds) -> QVSongLine & {
         QVSongLine &line = *lines->emplaceBack(std::make_shared<QVSongLine>());
@@ -100,7 +99,10 @@ void QVPreviewSong::buildWithLrcText(const QString &text)
         });
 
     sortByPlayTime(*lines);
-    LineWriter::gatherTexts(*lines);
+    // Texts that lie together in play order, tags in front, are written the faster. But a line of many tags
+    // repeats its text for each, which can be far more than was read: then the lines slice that.
+    if (QVLineWriter::displayLength(*lines) <= 2 * text.size())
+        QVLineWriter::gatherTexts(*lines);
     lines->squeeze();
     m_aryLines = lines;
 }
@@ -109,5 +111,5 @@ QString QVPreviewSong::previewSongTextWithHasTag(bool hasTag)
 {
     if (!m_aryLines)
         return QStringLiteral("");
-    return hasTag ? LineWriter::writeDisplayTexts(*m_aryLines) : LineWriter::writeLineTexts(*m_aryLines);
+    return hasTag ? QVLineWriter::writeDisplayTexts(*m_aryLines) : QVLineWriter::writeLineTexts(*m_aryLines);
 }

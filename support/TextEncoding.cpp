@@ -74,12 +74,14 @@ QByteArrayList likelyEncodings(const QByteArray &bytes)
     ucsdet_setText(detector.getAlias(), bytes.constData(), int32_t(std::min(bytes.size(), Sample)), &status);
     int32_t count = 0;
     const UCharsetMatch **const matches = ucsdet_detectAll(detector.getAlias(), &count, &status);
-    for (int32_t i = 0; U_SUCCESS(status) && i < count; ++i)
-        names += ucsdet_getName(matches[i], &status);
-    // ICU also names encodings that no lyric is in without a mark, or ever: it does so for what it can't place.
-    names.removeIf([](const QByteArray &name) { return name.startsWith("UTF-") || name.startsWith("IBM"); });
-    return names << "windows-1252"
-                 << "ISO-8859-1";
+    for (int32_t i = 0; U_SUCCESS(status) && i < count; ++i) {
+        constexpr int32_t NoIdea = 10; // what ICU says of encodings that are merely possible
+        const QByteArray name = ucsdet_getName(matches[i], &status);
+        if (ucsdet_getConfidence(matches[i], &status) > NoIdea && !name.startsWith("IBM")) // EBCDIC
+            names += name;
+    }
+    names += "windows-1252";
+    return names;
 }
 
 QByteArray canonicalName(const QByteArray &name)
@@ -100,6 +102,16 @@ QByteArray withByteOrder(const QByteArray &name, const QByteArray &bytes)
     if (name != "UTF-16" && name != "UTF-32")
         return name;
     return name + (bytes.startsWith("\xFF\xFE") ? "LE" : "BE");
+}
+
+// Whether a text has only characters that people write: wrong guesses soon meet others.
+bool readsAsText(const QString &text)
+{
+    return std::none_of(text.cbegin(), text.cend(), [](QChar c) {
+        const auto category = c.category();
+        return category == QChar::Other_PrivateUse || category == QChar::Other_NotAssigned
+            || (category == QChar::Other_Control && c > u'~');
+    });
 }
 
 DecodedText withoutMark(const QString &text, const QByteArray &name)
@@ -147,13 +159,13 @@ std::optional<DecodedText> decodeText(const QByteArray &bytes, const QByteArray 
         return withoutMark(*text, "UTF-8");
     if (bytes.contains('\0')) // no legacy text holds NUL: such bytes are no text at all
         return std::nullopt;
-    // A guess may be wrong, but the bytes that it gives back must be those that were read.
+    // A guess may be wrong, but it must read as text, and give the same bytes back.
     for (const QByteArray &candidate : likelyEncodings(bytes)) {
         const auto text = decode(bytes, candidate);
-        if (text && encodeText(*text, {candidate, false}) == bytes)
+        if (text && readsAsText(*text) && encodeText(*text, {candidate, false}) == bytes)
             return DecodedText{*text, {candidate, false}};
     }
-    return std::nullopt;
+    return DecodedText{QString::fromLatin1(bytes), {"ISO-8859-1", false}};
 }
 
 std::optional<QByteArray> encodeText(const QString &text, const TextEncoding &encoding)

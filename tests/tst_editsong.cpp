@@ -231,8 +231,7 @@ private Q_SLOTS:
         QCOMPARE(document->insertCopyrightMark(), index >= 0);
         if (index >= 0) {
             expected.insert(index, QStringLiteral("%1|Maker Tool: Quendle").arg(row[5].toInt() + 300));
-            expected.insert(index + 1,
-                            QStringLiteral("%1|https://www.quendle.example").arg(row[5].toInt() + 700));
+            expected.insert(index + 1, QStringLiteral("%1|https://" MAKER_HOST).arg(row[5].toInt() + 700));
             QVERIFY(!document->insertCopyrightMark());
         }
         QCOMPARE(shown(*document), expected);

@@ -33,6 +33,17 @@ private Q_SLOTS:
             QCOMPARE(line->aryTimes()->size(), 1);
     }
 
+    // Building takes no more than was read, although the text shows as often as there are tags.
+    void sharesTheTextOfManyTags()
+    {
+        constexpr int Tags = 100'000;
+        constexpr int Length = 700'000;
+        QVPreviewSong preview;
+        preview.buildWithLrcText(u"[0:1.0]"_s.repeated(Tags) + u"x"_s.repeated(Length)); // 140 GB written out
+        QCOMPARE(preview.aryLines()->size(), Tags);
+        QCOMPARE(preview.aryLines()->last()->lineText().size(), Length);
+    }
+
     void setsRanges()
     {
         QVPreviewSong preview;

@@ -137,6 +137,37 @@ private Q_SLOTS:
         QCOMPARE(content(u"song.lrc"_s), bytes);
     }
 
+    void guesses_data() { addCases("songlrc", "guesses"); }
+    void guesses()
+    {
+        QFETCH(const QJsonArray, row);
+        QCOMPARE(songlrc({u"format"_s, u"-"_s}, row[1].toString().toLatin1()).output,
+                 row[2].toString().toUtf8());
+    }
+
+    void keepsBytes_data() { addCases("songlrc", "keepsBytes"); }
+    void keepsBytes()
+    {
+        QFETCH(const QJsonArray, row);
+        const QByteArray bytes = row[1].toString().toLatin1();
+        const QString song = makeFile(u"[a]"_s, bytes);
+        QCOMPARE(songlrc({u"format"_s, u"--in-place"_s, song}).status, 0);
+        QCOMPARE(content(u"[a]"_s), bytes);
+    }
+
+    void reportsThatMemoryRanOut()
+    {
+#ifdef __SANITIZE_ADDRESS__
+        QSKIP("AddressSanitizer takes more memory than that to start");
+#endif
+        const QString song =
+            makeFile(u"large.lrc"_s, QByteArray("[0:1.0]").repeated(60'000) + QByteArray(400'000, 'x'));
+        const QString script = u"ulimit -v 4000000; exec \"$0\" preview \"$1\""_s;
+        const Run result = run(u"/bin/sh"_s, {u"-c"_s, script, QStringLiteral(SONGLRC), song});
+        QCOMPARE(result.status, 3);
+        QVERIFY2(isOneLineOfError(result.error), result.error.constData());
+    }
+
     void readsAndWritesNamedEncodings()
     {
         const QStringList recode{u"format"_s, u"--encoding"_s, u"koi8-r"_s, u"--output-encoding"_s,
@@ -178,7 +209,10 @@ private Q_SLOTS:
     }
 
 private:
-    QString file(const QString &name) const { return m_directory.filePath(name); }
+    QString file(const QString &name) const
+    {
+        return m_directory.filePath(name);
+    }
     QString makeFile(const QString &name, const QByteArray &bytes) const
     {
         QFile made(file(name));

@@ -70,7 +70,16 @@ public:
     Command read(int argc, char **argv, Options &options, ExitStatus &status)
     {
         try {
-            m_app.parse(argc, argv);
+            // Where an option takes several values, CLI11 takes "[a,b]" for two: here it is a file's name.
+            std::vector<std::string> arguments(argv + 1, argv + argc);
+            if (!arguments.empty() && m_severalFiles.contains(arguments.front())) {
+                for (std::string &argument : arguments) {
+                    if (argument.starts_with('['))
+                        argument.insert(0, "./");
+                }
+            }
+            std::reverse(arguments.begin(), arguments.end()); // as CLI11 takes them
+            m_app.parse(std::move(arguments));
         } catch (const CLI::Success &success) { // help or version
             m_app.exit(success);
             status = Done;
@@ -118,10 +127,12 @@ private:
 
     void addFiles(CLI::App &command, int least, int most)
     {
+        if (most > least)
+            m_severalFiles.insert(command.get_name());
         command.add_option("FILE", m_files, "The lyric's file; \"-\" is standard input.")
             ->required()
             ->expected(least, most)
-            ->allow_extra_args(false) // or "[a,b]" would be taken for two files
+            ->allow_extra_args(most > least)
             ->type_name("");
         addEncoding(command, "--encoding", m_encoding,
                     "Read in this encoding. Otherwise UTF-8, UTF-16 with a mark, or what it looks like.");
@@ -171,6 +182,7 @@ private:
     CLI::App m_app{"Work with song lyrics in the LRC format.", "songlrc"};
     std::map<const CLI::App *, Command> m_commands;
     std::set<const CLI::App *> m_lookups;
+    std::set<std::string> m_severalFiles;
     std::vector<std::string> m_files;
     std::string m_output = "-";
     std::string m_milliseconds;

@@ -22,7 +22,7 @@ public:
     QVEditSong();
     QVEditSong(const QVEditSong &) = delete;
     QVEditSong &operator=(const QVEditSong &) = delete;
-    ~QVEditSong();
+    virtual ~QVEditSong();
 
     /// The document as LRC text, as of the last build or updateSongText(); absent before the first.
     QString songText() const { return m_songText; }
@@ -33,7 +33,8 @@ public:
     void setTagSongText(const QString &text);
 
     /// The lines; never null. The list itself, not a copy: a change to it changes the document.
-    const std::shared_ptr<QVSongLineList> &aryLines() const { return m_aryLines; }
+    std::shared_ptr<QVSongLineList> aryLines() { return m_aryLines; }
+    std::shared_ptr<const QVSongLineList> aryLines() const { return m_aryLines; }
 
     /// Makes \p lines itself, not a copy, the document's list. An absent list counts as a new empty one.
     void setAryLines(std::shared_ptr<QVSongLineList> lines);
@@ -44,7 +45,7 @@ public:
     /// Lines end at line feeds; empty ones are left out. A line that holds a property tag becomes a property
     /// line, a line that holds time tags a line with these times and the text after the last of them, any
     /// other line a line with its text alone. A property tag with an empty value makes two lines: the
-    /// property, and what the line is without it. No text fails; an absent one counts as empty.
+    /// property, and the whole line once more as if it held none. No text fails; an absent one counts as empty.
     void buildWithLrcText(const QString &text);
 
     /// Inserts \p line at \p atIndex, from 0 to the number of lines, which appends. Any other index,
@@ -71,8 +72,12 @@ public:
     void updateSongText();
 
     /// Adds the maker mark, two timed lines that name the editor and its maker's web address, unless the
-    /// texts of the lines mention both already. The mark goes where the text says: after an early line that
-    /// a pause follows, else to the top. Calls updateSongText() when it adds the mark.
+    /// texts of the lines mention both already. Calls updateSongText() when it adds the mark.
+    ///
+    /// The mark goes after an early line that a pause follows: of the first eleven lines that have a next one,
+    /// the last whose first time is further from the next line's than the line before was from it (a line
+    /// without times counts as 0 ms). Its lines are 300 and 700 ms behind that line. Where there is none, the
+    /// mark goes to the top, at 300 and 700 ms.
     ///
     /// The name line's text is the translation of "Maker Tool: Quendle" in the context "QVEditSong" by the
     /// translators of the application, the English text where there is none.

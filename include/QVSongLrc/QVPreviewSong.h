@@ -21,7 +21,7 @@ public:
     QVPreviewSong();
     QVPreviewSong(const QVPreviewSong &) = delete;
     QVPreviewSong &operator=(const QVPreviewSong &) = delete;
-    ~QVPreviewSong();
+    virtual ~QVPreviewSong();
 
     /// A text of the host's; the preview neither reads nor writes it.
     QString songText() const { return m_songText; }
@@ -32,7 +32,8 @@ public:
     void setTagSongText(const QString &text);
 
     /// The lines in play order; null before the first build. The list itself, not a copy.
-    const std::shared_ptr<QVSongLineList> &aryLines() const { return m_aryLines; }
+    std::shared_ptr<QVSongLineList> aryLines() { return m_aryLines; }
+    std::shared_ptr<const QVSongLineList> aryLines() const { return m_aryLines; }
 
     /// Makes \p lines itself, not a copy, the preview's list.
     void setAryLines(std::shared_ptr<QVSongLineList> lines) { m_aryLines = std::move(lines); }
@@ -44,6 +45,7 @@ public:
     /// The lines as a text, a line feed after each: with \p hasTag the time and property tags too, else the
     /// bare texts. Sets every line's range to its place in that text, line feed excluded. "" before any
     /// build.
+    /// A line of n tags shows its text n times, which is what time and memory are linear in.
     QString previewSongTextWithHasTag(bool hasTag);
 
 private:

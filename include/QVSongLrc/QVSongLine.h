@@ -19,9 +19,9 @@ using QVTimeList = QVarLengthArray<qint64, 3>;
 /// Lines have identity: documents and hosts hold them by `std::shared_ptr`, and a change through one
 /// reference shows through all. Use from one thread at a time.
 ///
-/// A line that a document made holds its text as a slice of the document's text, so a document of n lines
-/// makes n allocations and no more. The line keeps the text that it slices alive; lineText() turns the slice
-/// into a string of the line's own, once.
+/// A line that a document made holds its text as a slice of the document's text, so a document
+/// makes one allocation a line, and another for a property's key or for more than three times. The line keeps
+/// the text that it slices alive; lineText() turns the slice into a string of the line's own, once.
 class QVSONGLRC_CORE_EXPORT QVSongLine
 {
 public:
@@ -46,7 +46,8 @@ public:
     /// Makes \p times itself, not a copy, the line's list. An absent list counts as a new empty one.
     void setAryTimes(std::shared_ptr<QVTimeList> times);
 
-    /// A lyric line's text, everything after its time tags, or a property line's value.
+    /// A lyric line's text, everything after its time tags, or a property line's value. An absent text, unlike
+    /// an empty one, is written as "(null)".
     QString lineText() const;
     void setLineText(const QString &text);
 
@@ -87,7 +88,7 @@ public:
     /// Gives the line the text that a user typed. A property line that is given a text with a property tag
     /// in it takes key and value from the text: the part before the first ":" less its first code unit, and
     /// the part up to the second ":" less its last. Given any other text a property line becomes a lyric
-    /// line. A lyric line takes the text as it is; time tags in it are not read.
+    /// line. A lyric line takes the text as it is, an absent one too; time tags in it are not read.
     void updateWithText(const QString &text);
 
     /// Replaces the time at \p atIndex by that of the tag \p timeStr (QVUtils::getTimeInterval()), or
@@ -99,7 +100,7 @@ public:
 private:
     friend class QVEditSong;
     friend class QVPreviewSong;
-    friend class LineWriter;
+    friend class QVLineWriter;
 
     const QVTimeList &times() const;
     QVTimeList &times();

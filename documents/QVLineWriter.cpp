@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "LineWriter.h"
+#include "QVLineWriter.h"
 
 #include "../model/QVSongLine_p.h"
 
@@ -26,16 +26,22 @@ void forEachLine(const QVSongLineList &lines, Visit visit)
     }
 }
 
+template <typename Length>
+qsizetype totalLength(const QVSongLineList &lines, Length length)
+{
+    qsizetype total = 0;
+    forEachLine(lines, [&](const QVSongLine &line) { total += length(line) + 1; });
+    return total;
+}
+
 } // namespace
 
 // length(line) answers the code units that write(line, at, text, location) then writes at `at`, which is
 // `location` of `text`; write answers the place after them and sets the line's range.
 template <typename Length, typename Write>
-QString LineWriter::write(const QVSongLineList &lines, Length length, Write write)
+QString QVLineWriter::write(const QVSongLineList &lines, Length length, Write write)
 {
-    qsizetype total = 0;
-    forEachLine(lines, [&](const QVSongLine &line) { total += length(line) + 1; });
-    QString text(total, Qt::Uninitialized);
+    QString text(totalLength(lines, length), Qt::Uninitialized);
     char16_t *const begin = reinterpret_cast<char16_t *>(text.data());
     char16_t *at = begin;
     forEachLine(lines, [&](QVSongLine &line) {
@@ -46,14 +52,14 @@ QString LineWriter::write(const QVSongLineList &lines, Length length, Write writ
 }
 
 template <typename Write>
-QString LineWriter::writeDisplay(const QVSongLineList &lines, Write writeLine)
+QString QVLineWriter::writeDisplay(const QVSongLineList &lines, Write writeLine)
 {
     return write(
         lines, [](const QVSongLine &line) { return line.displayLength(); }, writeLine);
 }
 
 // Writes the display text at `at`, a place in `text`; a text that is a slice is one of `text` from now on.
-char16_t *LineWriter::writeAndSlice(QVSongLine &line, char16_t *at, const QString &text)
+char16_t *QVLineWriter::writeAndSlice(QVSongLine &line, char16_t *at, const QString &text)
 {
     char16_t *const end = line.writeDisplayText(at);
     if (line.m_textIsSlice) {
@@ -67,7 +73,12 @@ char16_t *LineWriter::writeAndSlice(QVSongLine &line, char16_t *at, const QStrin
     return end;
 }
 
-QString LineWriter::writeSongText(const QVSongLineList &lines)
+qsizetype QVLineWriter::displayLength(const QVSongLineList &lines)
+{
+    return totalLength(lines, [](const QVSongLine &line) { return line.displayLength(); });
+}
+
+QString QVLineWriter::writeSongText(const QVSongLineList &lines)
 {
     return writeDisplay(lines, [](QVSongLine &line, char16_t *at, const QString &text, qsizetype location) {
         char16_t *const end = writeAndSlice(line, at, text);
@@ -76,14 +87,14 @@ QString LineWriter::writeSongText(const QVSongLineList &lines)
     });
 }
 
-void LineWriter::gatherTexts(const QVSongLineList &lines)
+void QVLineWriter::gatherTexts(const QVSongLineList &lines)
 {
     writeDisplay(lines, [](QVSongLine &line, char16_t *at, const QString &text, qsizetype) {
         return writeAndSlice(line, at, text);
     });
 }
 
-QString LineWriter::writeDisplayTexts(const QVSongLineList &lines)
+QString QVLineWriter::writeDisplayTexts(const QVSongLineList &lines)
 {
     return writeDisplay(lines, [](QVSongLine &line, char16_t *at, const QString &, qsizetype location) {
         char16_t *const end = line.writeDisplayText(at);
@@ -92,7 +103,7 @@ QString LineWriter::writeDisplayTexts(const QVSongLineList &lines)
     });
 }
 
-QString LineWriter::writeLineTexts(const QVSongLineList &lines)
+QString QVLineWriter::writeLineTexts(const QVSongLineList &lines)
 {
     return write(
         lines, [](const QVSongLine &line) { return shownText(line.m_textView).size(); },

@@ -6,15 +6,18 @@
 /// Writes the lines of a document as one text, a line feed after each, and sets every line's range to its
 /// place there, but for gatherTexts(). The text is measured first and then written once. Absent lines in a
 /// list of the host's write nothing.
-class LineWriter
+class QVLineWriter
 {
 public:
-    LineWriter() = delete;
+    QVLineWriter() = delete;
 
     /// The display texts. Lines that slice an older text slice the new one from now on.
     static QString writeSongText(const QVSongLineList &lines);
 
-    /// The display texts, for the lines to slice and for nothing else: their ranges stay.
+    /// The length of writeDisplayTexts().
+    static qsizetype displayLength(const QVSongLineList &lines);
+
+    /// Writes the display texts for the lines to slice and for nothing else: their ranges stay.
     static void gatherTexts(const QVSongLineList &lines);
 
     /// The display texts; the lines keep the text that they slice.
