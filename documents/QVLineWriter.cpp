@@ -36,26 +36,24 @@ qsizetype totalLength(const QVSongLineList &lines, Length length)
 
 } // namespace
 
-// length(line) answers the code units that write(line, at, text, location) then writes at `at`, which is
-// `location` of `text`; write answers the place after them and sets the line's range.
-template <typename Length, typename Write>
-QString QVLineWriter::write(const QVSongLineList &lines, Length length, Write write)
+// writeLine(line, at, text, location) writes the line at `at`, which is `location` of `text`, sets the line's
+// range, and answers the place after what it wrote; total is what all lines take, their line feeds included.
+template <typename WriteLine>
+QString QVLineWriter::write(const QVSongLineList &lines, qsizetype total, WriteLine writeLine)
 {
-    QString text(totalLength(lines, length), Qt::Uninitialized);
+    QString text(total, Qt::Uninitialized);
     char16_t *const begin = reinterpret_cast<char16_t *>(text.data());
     char16_t *at = begin;
     forEachLine(lines, [&](QVSongLine &line) {
-        at = write(line, at, text, at - begin);
+        at = writeLine(line, at, text, at - begin);
         *at++ = u'\n';
     });
     return text;
 }
 
-template <typename Write>
-QString QVLineWriter::writeDisplay(const QVSongLineList &lines, Write writeLine)
+qsizetype QVLineWriter::displayLength(const QVSongLineList &lines)
 {
-    return write(
-        lines, [](const QVSongLine &line) { return line.displayLength(); }, writeLine);
+    return totalLength(lines, [](const QVSongLine &line) { return line.displayLength(); });
 }
 
 // Writes the display text at `at`, a place in `text`; a text that is a slice is one of `text` from now on.
@@ -73,42 +71,42 @@ char16_t *QVLineWriter::writeAndSlice(QVSongLine &line, char16_t *at, const QStr
     return end;
 }
 
-qsizetype QVLineWriter::displayLength(const QVSongLineList &lines)
-{
-    return totalLength(lines, [](const QVSongLine &line) { return line.displayLength(); });
-}
-
 QString QVLineWriter::writeSongText(const QVSongLineList &lines)
 {
-    return writeDisplay(lines, [](QVSongLine &line, char16_t *at, const QString &text, qsizetype location) {
-        char16_t *const end = writeAndSlice(line, at, text);
-        line.m_txtRg = {quint64(location), quint64(end - at)};
-        return end;
-    });
+    return write(lines, displayLength(lines),
+                 [](QVSongLine &line, char16_t *at, const QString &text, qsizetype location) {
+                     char16_t *const end = writeAndSlice(line, at, text);
+                     line.m_txtRg = {quint64(location), quint64(end - at)};
+                     return end;
+                 });
 }
 
-void QVLineWriter::gatherTexts(const QVSongLineList &lines)
+void QVLineWriter::gatherTexts(const QVSongLineList &lines, qsizetype most)
 {
-    writeDisplay(lines, [](QVSongLine &line, char16_t *at, const QString &text, qsizetype) {
+    const qsizetype total = displayLength(lines);
+    if (total > most)
+        return;
+    write(lines, total, [](QVSongLine &line, char16_t *at, const QString &text, qsizetype) {
         return writeAndSlice(line, at, text);
     });
 }
 
 QString QVLineWriter::writeDisplayTexts(const QVSongLineList &lines)
 {
-    return writeDisplay(lines, [](QVSongLine &line, char16_t *at, const QString &, qsizetype location) {
-        char16_t *const end = line.writeDisplayText(at);
-        line.m_txtRg = {quint64(location), quint64(end - at)};
-        return end;
-    });
+    return write(lines, displayLength(lines),
+                 [](QVSongLine &line, char16_t *at, const QString &, qsizetype location) {
+                     char16_t *const end = line.writeDisplayText(at);
+                     line.m_txtRg = {quint64(location), quint64(end - at)};
+                     return end;
+                 });
 }
 
 QString QVLineWriter::writeLineTexts(const QVSongLineList &lines)
 {
-    return write(
-        lines, [](const QVSongLine &line) { return shownText(line.m_textView).size(); },
-        [](QVSongLine &line, char16_t *at, const QString &, qsizetype location) {
-            line.m_txtRg = {quint64(location), quint64(line.m_textView.size())};
-            return writeText(at, shownText(line.m_textView));
-        });
+    const qsizetype total =
+        totalLength(lines, [](const QVSongLine &line) { return shownText(line.m_textView).size(); });
+    return write(lines, total, [](QVSongLine &line, char16_t *at, const QString &, qsizetype location) {
+        line.m_txtRg = {quint64(location), quint64(line.m_textView.size())};
+        return writeText(at, shownText(line.m_textView));
+    });
 }

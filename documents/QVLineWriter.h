@@ -14,11 +14,9 @@ public:
     /// The display texts. Lines that slice an older text slice the new one from now on.
     static QString writeSongText(const QVSongLineList &lines);
 
-    /// The length of writeDisplayTexts().
-    static qsizetype displayLength(const QVSongLineList &lines);
-
-    /// Writes the display texts for the lines to slice and for nothing else: their ranges stay.
-    static void gatherTexts(const QVSongLineList &lines);
+    /// Writes the display texts for the lines to slice and for nothing else: their ranges stay. Does nothing
+    /// when the texts take more than \p most code units.
+    static void gatherTexts(const QVSongLineList &lines, qsizetype most);
 
     /// The display texts; the lines keep the text that they slice.
     static QString writeDisplayTexts(const QVSongLineList &lines);
@@ -27,9 +25,9 @@ public:
     static QString writeLineTexts(const QVSongLineList &lines);
 
 private:
-    template <typename Length, typename Write>
-    static QString write(const QVSongLineList &lines, Length length, Write write);
-    template <typename Write>
-    static QString writeDisplay(const QVSongLineList &lines, Write write);
+    static qsizetype displayLength(const QVSongLineList &lines);
     static char16_t *writeAndSlice(QVSongLine &line, char16_t *at, const QString &text);
+
+    template <typename WriteLine>
+    static QString write(const QVSongLineList &lines, qsizetype total, WriteLine writeLine);
 };

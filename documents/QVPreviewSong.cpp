@@ -100,9 +100,8 @@ void QVPreviewSong::buildWithLrcText(const QString &text)
 
     sortByPlayTime(*lines);
     // Texts that lie together in play order, tags in front, are written the faster. But a line of many tags
-    // repeats its text for each, which can be far more than was read: then the lines slice that.
-    if (QVLineWriter::displayLength(*lines) <= 2 * text.size())
-        QVLineWriter::gatherTexts(*lines);
+    // repeats its text for each, which can be far more than was read: then the lines go on slicing that.
+    QVLineWriter::gatherTexts(*lines, 2 * text.size());
     lines->squeeze();
     m_aryLines = lines;
 }
