@@ -28,7 +28,7 @@ constexpr qint64 NothingFound = -1004;
 /// Logs a transport failure, and stands in for the error of one that came without.
 QVLyricError transportFailure(const std::optional<QVLyricError> &error, qint64 codeWithoutError)
 {
-    const QVLyricError failure = error.value_or(
+    QVLyricError failure = error.value_or(
         QVLyricError{QVLyricError::ServiceDomain, codeWithoutError, QStringLiteral("networkError")});
     qWarning().noquote() << failure.description();
     return failure;

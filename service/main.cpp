@@ -169,7 +169,7 @@ int main(int argc, char **argv)
         options.port = port;
         options.jsonLog = jsonLog;
         return run(application, options);
-    } catch (const ServiceError &error) {
+    } catch (const std::exception &error) {
         qCritical("%s", error.what());
         return CannotStart;
     }
