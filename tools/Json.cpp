@@ -3,6 +3,7 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QLocale>
 
 #include <algorithm>
 #include <array>
@@ -63,7 +64,7 @@ QByteArray line(const QVSongLine &line)
                    {"aryTimes", numbers(*line.aryTimes())},
                    {"lineText", string(line.lineText())},
                    {"txtRg", numbers(std::array{qint64(location), qint64(length)})},
-                   {"playTime", value(line.playTime())},
+                   {"playTime", QByteArray::number(line.playTime(), 'g', QLocale::FloatingPointShortest)},
                    {"displayText", string(line.displayText())}});
 }
 
