@@ -20,9 +20,9 @@ public:
 
     void deliver(const LyricAnswer &answer)
     {
+        const LookupScope::Done done = std::move(m_done);
         deleteLater();
-        m_done(answer);
-        m_done = nullptr;
+        done(answer); // in which this may go, so nothing here is touched afterwards
     }
 
 private:

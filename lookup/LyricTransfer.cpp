@@ -92,7 +92,7 @@ void LyricTransfer::finish()
         fail(QNetworkReply::UnknownContentError,
              tr("The lyric service answered with the HTTP status %1.").arg(status));
     else
-        settle([this] { m_success(m_body); });
+        settle([body = m_body](const auto &success, const auto &) { success(body); });
 }
 
 /// Goes on to \p target, without the form, as clients do.
@@ -118,12 +118,11 @@ void LyricTransfer::follow(const QUrl &target)
 
 void LyricTransfer::fail(int networkError, const QString &description)
 {
-    settle([this, error = QVLyricError{QVLyricError::TransportDomain, networkError, description}] {
-        m_failure(error);
-    });
+    settle([error = QVLyricError{QVLyricError::TransportDomain, networkError, description}](
+               const auto &, const auto &failure) { failure(error); });
 }
 
-void LyricTransfer::settle(std::function<void()> answer)
+void LyricTransfer::settle(Answer answer)
 {
     if (m_isSettled)
         return;
@@ -131,14 +130,12 @@ void LyricTransfer::settle(std::function<void()> answer)
     m_idle.stop();
     m_reply->disconnect(this);
     m_reply->abort();
-    // Later, since this may run inside a call of the host's.
+    // Later, since this may run inside a call of the host's. What the answer does may delete this, too.
     QMetaObject::invokeMethod(
         this,
-        [this, answer = std::move(answer)] {
+        [this, answer = std::move(answer), success = std::move(m_success), failure = std::move(m_failure)] {
             deleteLater();
-            answer();
-            m_success = nullptr; // what it holds goes now, also while the answer's event loops keep this
-            m_failure = nullptr;
+            answer(success, failure);
         },
         Qt::QueuedConnection);
 }

@@ -36,7 +36,10 @@ private:
     void finish();
     void follow(const QUrl &target);
     void fail(int networkError, const QString &description);
-    void settle(std::function<void()> answer);
+
+    using Answer =
+        std::function<void(const LyricHttpClient::Success &success, const LyricHttpClient::Failure &failure)>;
+    void settle(Answer answer);
 
     QNetworkRequest m_request;
     QNetworkAccessManager m_manager;

@@ -4,7 +4,6 @@
 #include <QByteArray>
 #include <QIODevice>
 
-#include <QDebug>
 #include <algorithm>
 
 /// A request's body that is sent once. Qt sends a request up to three times more when the connection closes

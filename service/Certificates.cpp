@@ -178,7 +178,7 @@ QSslConfiguration Certificates::prepare() const
 {
     const QString authorityKeyFile = file("authority-key.pem"_L1);
     Identity authority = readIdentity(authorityFile(), authorityKeyFile);
-    const bool exists = QFile::exists(authorityFile()) || QFile::exists(authorityKeyFile);
+    const bool exists = QFile::exists(authorityFile()); // a key alone, of a start cut short, is nobody's
     if (exists && !authority.isWhole())
         throw ServiceError(authorityFile()
                            + " and its key are damaged; remove both to have a new authority made"_L1);

@@ -5,6 +5,7 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -37,6 +38,10 @@ HttpsConnection::HttpsConnection(std::function<void()> onGone, QObject *parent)
     connect(this, &QSslSocket::encrypted, this, [this] { enter(Phase::Idle); });
     connect(this, &QSslSocket::disconnected, this, &QObject::deleteLater);
     connect(this, &QSslSocket::readyRead, this, &HttpsConnection::receive);
+    connect(this, &QSslSocket::encryptedBytesWritten, this, [this] {
+        if (m_phase == Phase::Answering && isAnswerOut())
+            enter(Phase::Idle);
+    });
     enter(Phase::Handshake);
 }
 
@@ -56,6 +61,8 @@ void HttpsConnection::enter(Phase phase)
         m_deadline.start(RequestTime); // body included
     else if (phase == Phase::Complete)
         m_deadline.stop();
+    else if (phase == Phase::Answering)
+        m_deadline.start(AnswerTime);
 }
 
 // Runs before the server's own slot, which takes all that has arrived.
@@ -64,6 +71,13 @@ void HttpsConnection::receive()
     const qint64 arrived = bytesAvailable();
     if (arrived == 0 || m_phase == Phase::Closing)
         return;
+    if (m_phase == Phase::Answering) {
+        if (!isAnswerOut()) {
+            abort(); // or answers that nobody reads would pile up here
+            return;
+        }
+        enter(Phase::Idle);
+    }
     if (m_phase == Phase::Idle) {
         m_head.clear();
         enter(Phase::Head);
@@ -94,7 +108,7 @@ void HttpsConnection::receive()
 // Enters the body when the head has arrived. Stricter than the server, so that both see the same request.
 const Refusal *HttpsConnection::readHead()
 {
-    static const QRegularExpression requestLine(u"^[A-Z]{1,20} /[!-~]* HTTP/1\\.[01]$"_s);
+    static const QRegularExpression requestLine(u"^[A-Z]{1,20} /(?!/)[!-~]* HTTP/1\\.[01]$"_s);
     static const QRegularExpression fieldName(u"^[A-Za-z0-9!#$%&'*+.^_`|~-]+$"_s);
     const qsizetype end = m_head.indexOf("\r\n\r\n");
     if (end > MaxHead || (end < 0 && m_head.size() > MaxHead))
@@ -110,6 +124,9 @@ const Refusal *HttpsConnection::readHead()
     for (const QByteArray &line : lines.sliced(1)) {
         const qsizetype colon = line.indexOf(':');
         if (colon < 0 || !fieldName.match(QString::fromLatin1(line.first(colon))).hasMatch())
+            return &Refusals::BadRequest;
+        const auto isControl = [](char c) { return (c >= 0 && c < ' ' && c != '\t') || c == '\x7F'; };
+        if (std::any_of(line.begin(), line.end(), isControl))
             return &Refusals::BadRequest;
         const QByteArray name = line.first(colon).toLower();
         const QByteArray value = line.sliced(colon + 1).trimmed();
@@ -158,13 +175,13 @@ void HttpsConnection::answered()
     if (m_closeAfterwards)
         closeWithin(AnswerTime);
     else
-        enter(Phase::Idle);
+        enter(isAnswerOut() ? Phase::Idle : Phase::Answering);
 }
 
 void HttpsConnection::finish()
 {
     m_closeAfterwards = true;
-    if (m_phase == Phase::Idle && !m_isFirst)
+    if (m_phase == Phase::Answering || (m_phase == Phase::Idle && !m_isFirst))
         closeWithin(AnswerTime);
     else if (m_phase == Phase::Idle || m_phase == Phase::Handshake)
         m_deadline.start(LastChanceTime);

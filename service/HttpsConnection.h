@@ -13,7 +13,8 @@ struct Refusal;
 /// own reading has no limits: it lets well-framed requests of up to 64 KiB pass and answers any others
 /// itself, then closes. It gives up on clients that take too long.
 ///
-/// One request at a time: bytes behind a request that is not answered yet are refused.
+/// One request at a time: bytes behind a request that is not answered yet are refused, and a client that asks
+/// again before it has read the answer is cut off.
 class HttpsConnection : public QSslSocket
 {
     Q_OBJECT
@@ -43,9 +44,10 @@ Q_SIGNALS:
     void refused(const Refusal &refusal, const QByteArray &requestLine);
 
 private:
-    enum class Phase { Handshake, Idle, Head, Body, Complete, Closing };
+    enum class Phase { Handshake, Idle, Head, Body, Complete, Answering, Closing };
 
     void receive();
+    bool isAnswerOut() const { return bytesToWrite() + encryptedBytesToWrite() == 0; }
     const Refusal *readHead();
     void refuse(const Refusal &refusal);
     void enter(Phase phase);

@@ -3,6 +3,8 @@
 
 #include "HttpsConnection.h"
 
+#include <unistd.h>
+
 HttpsListener::HttpsListener(const QSslConfiguration &configuration)
     : m_configuration(configuration)
 {
@@ -16,8 +18,11 @@ HttpsListener::~HttpsListener()
 
 void HttpsListener::incomingConnection(qintptr descriptor)
 {
-    if (++m_connections >= MaxConnections)
-        pauseAccepting();
+    if (m_connections >= MaxConnections) { // QTcpServer can't be made to stop accepting
+        ::close(int(descriptor));
+        return;
+    }
+    ++m_connections;
     auto *connection = new HttpsConnection([this] { connectionGone(); }, this);
     if (!connection->setSocketDescriptor(descriptor)) {
         delete connection;
@@ -34,8 +39,6 @@ void HttpsListener::connectionGone()
     --m_connections;
     if (m_isFinishing && m_connections == 0)
         Q_EMIT finished();
-    else if (!m_isFinishing && m_connections < MaxConnections)
-        resumeAccepting();
 }
 
 void HttpsListener::finish()

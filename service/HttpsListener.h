@@ -7,7 +7,8 @@
 
 struct Refusal;
 
-/// Accepts HttpsConnections for a QAbstractHttpServer, a limited number at a time; further clients wait.
+/// Accepts HttpsConnections for a QAbstractHttpServer, a limited number at a time; further ones are
+/// closed at once.
 class HttpsListener : public QTcpServer
 {
     Q_OBJECT

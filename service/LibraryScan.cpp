@@ -263,7 +263,8 @@ void LibraryScan::update(const QFileInfo &file, const QString &path, const Stamp
     QString error;
     const auto text = readLyricText(file.filePath(), &error);
     if (!text) {
-        tell(path, stamp, error);
+        // What can't be opened is tried again: its modes may change, which leaves its stamp alone.
+        tell(path, file.isReadable() ? stamp : Stamp{0, stamp.size, -1}, error);
         return;
     }
     m_unusable.remove(path);

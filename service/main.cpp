@@ -5,7 +5,7 @@
 #include "LyricApi.h"
 #include "ServiceError.h"
 #include "SongIndex.h"
-#include "support/UnixSignals.h"
+#include "UnixSignals.h"
 
 #include <CLI/CLI.hpp>
 

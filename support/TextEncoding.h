@@ -31,8 +31,8 @@ bool isTextEncoding(const QByteArray &name);
 TextEncoding textEncodingToWrite(const QByteArray &name);
 
 /// Reads \p bytes in the encoding \p name, or, with none given, as UTF-16 when they begin with its mark, as
-/// UTF-8, and else in the encoding that they look like most and that gives the same bytes back. Nothing when they hold a sequence that the
-/// encoding does not have.
+/// UTF-8, and else in the encoding that they look like most and that gives the same bytes back. Nothing when
+/// they hold a sequence that the encoding does not have.
 std::optional<DecodedText> decodeText(const QByteArray &bytes, const QByteArray &name = {});
 
 /// The bytes of wellFormed() \p text. Nothing when it holds a character that the encoding does not have.

@@ -3,7 +3,6 @@
 
 #include "Json.h"
 #include "support/TextFile.h"
-#include "support/UnixSignals.h"
 
 #include <QVSongLrc/LyricService.h>
 #include <QVSongLrc/QVSongLrcConstants.h>
@@ -11,12 +10,14 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QSslCertificate>
 #include <QUrl>
 
 #include <csignal>
+#include <unistd.h>
 
 namespace {
 
@@ -32,7 +33,7 @@ void useService(const Options &options)
         LyricService::setEndpoint(url.host(), quint16(url.port(443)));
     }
     if (!options.caFile.isEmpty()) {
-        QFile file(options.caFile);
+        QFile file(options.caFile.startsWith(u':') ? QStringLiteral("./") + options.caFile : options.caFile);
         if (!file.open(QIODevice::ReadOnly))
             throw FileError(options.caFile, file.errorString());
         const auto certificates = QSslCertificate::fromDevice(&file);
@@ -56,14 +57,23 @@ ExitStatus report(const QVLyricError &error, bool json)
     return error.domain == QVLyricError::TransportDomain ? Failed : NegativeAnswer;
 }
 
-// Runs an event loop until the request that start(model, finish) starts has been answered. The answer comes from
-// the loop, where it may call finish(status) and throw nothing.
+// Whether writing makes a new file, as opposed to a device or a pipe that may keep one waiting.
+bool isReplaced(const QString &output)
+{
+    const QFileInfo target(output);
+    return output != StandardStream && (!target.exists() || target.isFile());
+}
+
+// Runs an event loop until the request that start(model, finish) starts has been answered. The answer calls
+// finish with a function that makes something of it and gives the exit status.
 template <typename Start>
 ExitStatus ask(const Options &options, Start start)
 {
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {
         // Qt's and the library's log lines are no business of someone who runs a command.
     });
+    // Nothing is left behind by a request: it ends at once, whatever it waits for.
+    std::signal(SIGINT, [](int) { _exit(Interrupted); });
     char name[] = "songlrc";
     char *arguments[] = {name, nullptr};
     int count = 1;
@@ -72,16 +82,10 @@ ExitStatus ask(const Options &options, Start start)
 
     const auto model = ZTLyricRequestModel::initWithReqParams(
         {{Key_Lyric_Trackname, options.title}, {Key_Lyric_Artist, options.artist}});
-    bool interrupted = false;
-    handleUnixSignals({SIGINT}, &application, [&] {
-        interrupted = true;
-        model->cancel();
-        application.exit(Interrupted);
-    });
     start(*model, [&](const std::function<ExitStatus()> &answer) {
         ExitStatus status = Failed;
         try {
-            status = interrupted ? Interrupted : answer();
+            status = answer();
         } catch (const std::exception &error) {
             reportFailure(error, options.json);
         }
@@ -147,6 +151,8 @@ ExitStatus LookupCommands::fetch(const Options &options)
                     reportError(QStringLiteral("the service's answer holds no lyric"));
                     return NegativeAnswer;
                 }
+                if (isReplaced(options.output))
+                    std::signal(SIGINT, SIG_IGN); // it will be all there in a moment
                 writeTextFile(options.output, lyric, {});
                 return Done;
             });

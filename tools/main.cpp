@@ -69,6 +69,7 @@ public:
     /// Prints help or what is wrong when there is nothing to run; \p status then says how to end.
     Command read(int argc, char **argv, Options &options, ExitStatus &status)
     {
+        m_wantsJson = std::find(argv + 1, argv + argc, std::string_view("--json")) != argv + argc;
         try {
             // Where an option takes several values, CLI11 takes "[a,b]" for two: here it is a file's name.
             std::vector<std::string> arguments(argv + 1, argv + argc);
@@ -113,7 +114,7 @@ public:
 private:
     Command refuse(const QString &why, ExitStatus &status) const
     {
-        reportError(why, WrongUsage, m_options.json);
+        reportError(why, WrongUsage, m_wantsJson);
         status = WrongUsage;
         return nullptr;
     }
@@ -150,8 +151,9 @@ private:
                     ? ""
                     : "no host and port: " + service;
             });
-        command.add_option("--ca-file", m_caFile, "Trust the authorities in this file, too.")
-            ->type_name("FILE");
+        command.add_option("--ca-file", m_caFile, "Trust the authorities in this file, not the system's.")
+            ->type_name("FILE")
+            ->check([](const std::string &file) { return file.empty() ? "names no file" : ""; });
     }
 
     void addJson(CLI::App &command)
@@ -194,6 +196,7 @@ private:
     std::string m_caFile;
     std::string m_outputEncoding;
     Options m_options;
+    bool m_wantsJson = false; // also where what follows is refused
 };
 
 } // namespace

@@ -33,12 +33,12 @@ class LyricHttpClient;
 /// |---|---|---|---|
 /// | EmptyQueryDomain | -1002 | absent | a search without title and artist |
 /// | ServiceDomain | -1002, of a detail request -1010 | "empty response" | the reply is no JSON object |
-/// | ServiceDomain | the service's "code" | its "message", or "" | the service says so by a "code" other than
-/// 0 | | ServiceDomain | -1004 | "没有结果" | the search found no candidate with title and artist | |
-/// ServiceDomain | -1004 | "Found no lyric", translated | a lookup whose search gave an empty list | |
-/// ServiceDomain | -1002, of a detail request -1011 | "networkError" | the transport failed without saying
-/// why | | TransportDomain | QNetworkReply::NetworkError | in words | the transport failed, was cancelled, or
-/// the HTTP status was outside 200 to 299 |
+/// | ServiceDomain | the service's "code" | its "message", or "" | the service says so by a "code" other than 0 |
+/// | ServiceDomain | -1004 | "没有结果" | the search found no candidate with title and artist |
+/// | ServiceDomain | -1004 | "Found no lyric", translated | a lookup whose search gave an empty list |
+/// | ServiceDomain | -1002, of a detail request -1011 | "networkError" | the transport failed without a reason |
+/// | TransportDomain | QNetworkReply::NetworkError | in words | the transport failed, was cancelled, or the |
+/// | | | | HTTP status was outside 200 to 299 |
 ///
 /// A transport that makes no progress for 60 s fails, so does a reply of more than 16 MiB, unpacked. Replies
 /// are read on a thread of the library's, so a long one does not hold the event loop.
