@@ -123,6 +123,7 @@ private Q_SLOTS:
     void cancelsTheLatestOnly();
     void livesUntilItHasAnswered();
     void completionsMayDoAnything();
+    void completionsMayDeleteTheirCarrier();
     void endsWithTheApplication_data();
     void endsWithTheApplication();
     void endsWhileItReadsAReply();
@@ -488,6 +489,26 @@ void TestLyricRequest::completionsMayDoAnything()
     QCoreApplication::exec();
     QCOMPARE(steps, (QStringList{u"first"_s, u"second"_s, u"cancelled"_s, u"end"_s}));
     QCOMPARE(logged, (QStringList{Cancelled, Dealloced}));
+}
+
+// Objects to be deleted later are deleted in an event loop of the completion's own.
+void TestLyricRequest::completionsMayDeleteTheirCarrier()
+{
+    const Server good(*m_honest, Server::reply(Good));
+    const Server bad(*m_honest, Server::reply({}, "404 Not Found"));
+    for (const Server *server : {&good, &bad}) {
+        LyricService::setEndpoint(u"127.0.0.1"_s, server->port());
+        const auto large = std::make_shared<QByteArray>(1'000, 'x'); // what the completion holds
+        qsizetype size = 0;
+        ZTLyricRequestModel::initWithReqParams(Query)->requestListWithCompletion(
+            [&size, large](const auto &...) {
+                QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+                size = large->size();
+                QCoreApplication::quit();
+            });
+        QCoreApplication::exec();
+        QCOMPARE(size, 1'000);
+    }
 }
 
 void TestLyricRequest::endsWithTheApplication_data()
