@@ -73,6 +73,7 @@ void HttpsConnection::receive()
         return;
     if (m_phase == Phase::Answering) {
         if (!isAnswerOut()) {
+            disconnect(this, &QSslSocket::readyRead, nullptr, nullptr);
             abort(); // or answers that nobody reads would pile up here
             return;
         }
