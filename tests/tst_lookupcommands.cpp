@@ -70,7 +70,8 @@ private Q_SLOTS:
         QProcess process;
         start(process, server, {u"search"_s, u"--title"_s, u"x"_s});
         QVERIFY(process.waitForFinished());
-        QCOMPARE(process.exitCode(), 3);
+        const QByteArray error = process.readAllStandardError();
+        QVERIFY2(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 3, error.constData());
         QVERIFY(server.requests().isEmpty());
     }
 
