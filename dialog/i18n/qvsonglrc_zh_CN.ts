@@ -72,7 +72,7 @@
     </message>
     <message>
         <source>Moves while a search or a download is under way</source>
-        <translation>搜索或下载进行时会转动</translation>
+        <translation>搜索或下载进行时会移动</translation>
     </message>
     <message>
         <source>The state of the search</source>

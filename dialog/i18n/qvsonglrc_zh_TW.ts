@@ -72,7 +72,7 @@
     </message>
     <message>
         <source>Moves while a search or a download is under way</source>
-        <translation>搜尋或下載進行時會轉動</translation>
+        <translation>搜尋或下載進行時會移動</translation>
     </message>
     <message>
         <source>The state of the search</source>
