@@ -14,3 +14,9 @@
 #else
 #define QVSONGLRC_LOOKUP_EXPORT Q_DECL_IMPORT
 #endif
+
+#if defined(QVSongLrcDialog_EXPORTS)
+#define QVSONGLRC_DIALOG_EXPORT Q_DECL_EXPORT
+#else
+#define QVSONGLRC_DIALOG_EXPORT Q_DECL_IMPORT
+#endif
