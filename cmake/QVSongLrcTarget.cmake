@@ -16,7 +16,8 @@ function(qvsonglrc_target target)
         QT_NO_URL_CAST_FROM_STRING
         QT_NO_KEYWORDS
         QT_NO_FOREACH)
-    if(NOT QVSONGLRC_FUZZ) # clang's sanitizers leave their symbols to the program
+    # clang's sanitizers leave their symbols to the program
+    if(NOT (CMAKE_CXX_COMPILER_ID MATCHES "Clang" AND CMAKE_CXX_FLAGS MATCHES "-fsanitize"))
         target_link_options(${target} PRIVATE LINKER:--no-undefined)
     endif()
 endfunction()

@@ -86,9 +86,9 @@ bool QVLyricSearchWndCtl::eventFilter(QObject *watched, QEvent *event)
     // Who holds Enter for long would start one download after the other, the focus being in the table soon.
     if (isHeldEnter(event))
         return true;
-    if (!event->spontaneous() && watched == m_window && event->type() == QEvent::Hide)
+    if (event->type() == QEvent::Hide && watched == m_window && !event->spontaneous())
         windowWillClose();
-    else if (watched != m_window && event->type() == QEvent::Resize)
+    else if (event->type() == QEvent::Resize && watched == m_ui->tableView->viewport())
         fitColumns(static_cast<QResizeEvent *>(event)->oldSize().width());
     return QObject::eventFilter(watched, event);
 }
@@ -103,6 +103,8 @@ void QVLyricSearchWndCtl::windowDidLoad()
     table->setModel(m_results.get());
     table->setItemDelegate(new LyricCellDelegate(table));
     table->verticalHeader()->setDefaultSectionSize(table->verticalHeader()->minimumSectionSize());
+    table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    // New results come in the service's order.
     const auto showNoOrder = [table] { table->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder); };
     showNoOrder();
     table->setSortingEnabled(true);

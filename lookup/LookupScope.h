@@ -4,18 +4,16 @@
 #include "AnswerReader.h"
 
 #include <QObject>
-#include <QThreadPool>
 
 #include <functional>
 #include <stop_token>
 
 /// What the lookup does in the background, which ends with the application object: transfers are its
-/// children, and replies are read on its threads. Use from the main thread.
+/// children, and so are the threads that read replies. Use from the main thread.
 class LookupScope final : public QObject
 {
 public:
     static LookupScope &instance();
-    ~LookupScope() override;
 
     using Read = std::function<LyricAnswer(const std::stop_token &)>;
     using Done = std::function<void(const LyricAnswer &)>;
@@ -26,7 +24,4 @@ public:
 
 private:
     LookupScope() = default;
-
-    QThreadPool m_threads;
-    std::stop_source m_stop;
 };
