@@ -69,7 +69,6 @@ private:
 
     bool eventFilter(QObject *watched, QEvent *event) override;
     void windowDidLoad();
-    void fitColumns(int oldWidth);
     void runModal();
     void setTrack(const QString &track, const QString &artist);
     void setIsSearching(bool isSearching);
@@ -78,7 +77,6 @@ private:
     QJsonObject reqParams() const;
     void searchClick();
     void selectRow(qint64 row);
-    qint64 selectedRow() const;
     void downloadClick();
     void requestDetail(const QString &link);
     void tableDoubleClick();
