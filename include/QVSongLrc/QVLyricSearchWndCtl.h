@@ -23,8 +23,8 @@ class QVLyricSearchWndCtl;
 
 /// A modal dialog in which the user looks a lyric up on the lyric service and downloads it.
 ///
-/// Needs a QApplication, and its main thread for every call. LyricService says where the service is. Texts are in
-/// the first of the languages of QLocale() that the library speaks.
+/// Needs a QApplication, and its main thread for every call. LyricService says where the service is. Texts
+/// are in the first of the languages of QLocale() that the library speaks, else in English.
 ///
 /// A controller lives as long as somebody holds it or a request of its own is outstanding. Closing the dialog
 /// cancels no request. The window is the controller's; it also goes with its parent or with the application,
@@ -69,7 +69,6 @@ private:
 
     bool eventFilter(QObject *watched, QEvent *event) override;
     void windowDidLoad();
-    void fitColumns(int oldWidth);
     void runModal();
     void setTrack(const QString &track, const QString &artist);
     void setIsSearching(bool isSearching);
@@ -78,7 +77,6 @@ private:
     QJsonObject reqParams() const;
     void searchClick();
     void selectRow(qint64 row);
-    qint64 selectedRow() const;
     void downloadClick();
     void requestDetail(const QString &link);
     void tableDoubleClick();
