@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QPointer>
 
+namespace QVSongLrcPrivate {
 namespace {
 
 QPointer<LookupScope> theScope;
@@ -55,3 +56,5 @@ void LookupScope::compute(Read read, Done done)
             handover, [handover, answer = read(stop)] { handover->deliver(answer); }, Qt::QueuedConnection);
     });
 }
+
+} // namespace QVSongLrcPrivate

@@ -9,6 +9,8 @@
 #include <functional>
 #include <stop_token>
 
+namespace QVSongLrcPrivate {
+
 /// What the lookup does in the background, which ends with the application object: transfers are its
 /// children, and replies are read on its threads. Use from the main thread.
 class LookupScope final : public QObject
@@ -30,3 +32,5 @@ private:
     QThreadPool m_threads;
     std::stop_source m_stop;
 };
+
+} // namespace QVSongLrcPrivate
