@@ -80,11 +80,14 @@ include(CMakeFindDependencyMacro)
         COMPONENT QVSongLrc_Development)
 endfunction()
 
-# Installs the libraries of the components named and the package that finds them.
+# Installs the libraries of the components named, as far as they are built, and the package that finds them.
 function(qvsonglrc_install)
-    set(components ${ARGN})
-    foreach(component IN LISTS components)
-        qvsonglrc_install_library(${component})
+    set(components)
+    foreach(component IN LISTS ARGN)
+        if(TARGET QVSongLrc${component})
+            qvsonglrc_install_library(${component})
+            list(APPEND components ${component})
+        endif()
     endforeach()
     configure_file(${PROJECT_SOURCE_DIR}/cmake/QVSongLrcConfig.cmake.in QVSongLrcConfig.cmake @ONLY)
     write_basic_package_version_file(QVSongLrcConfigVersion.cmake COMPATIBILITY SameMajorVersion)

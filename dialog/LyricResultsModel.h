@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QJsonObject>
+#include <QList>
+
+/// The candidates of a search as a table of titles and artists. A row is the candidate's place in the list.
+class LyricResultsModel final : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    enum Column { TrackColumn, ArtistColumn, ColumnCount };
+
+    QList<QJsonObject> results() const { return m_results; }
+    bool isEmpty() const { return m_results.isEmpty(); }
+
+    /// Takes the place of the rows that there were.
+    void setResults(const QList<QJsonObject> &results);
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+    /// Sorts the list itself, by the user's language. What the column holds alike stays in order, so that the
+    /// columns sorted by before break ties. To a view the cells change and the rows stay, and so does what is
+    /// selected in it.
+    void sort(int column, Qt::SortOrder order) override;
+
+private:
+    QString text(qsizetype row, int column) const;
+
+    QList<QJsonObject> m_results;
+};

@@ -1,0 +1,235 @@
+// SPDX-License-Identifier: MIT
+#include <QVSongLrc/QVLyricSearchWndCtl.h>
+
+#include "../lookup/SafeModel.h"
+#include "LyricResultsModel.h"
+#include "ui_QVLyricSearchWndCtl.h"
+
+#include <QVSongLrc/QVSongLrcConstants.h>
+#include <QVSongLrc/ZTLyricRequestModel.h>
+
+#include <QAccessible>
+#include <QApplication>
+#include <QDialog>
+#include <QEventLoop>
+#include <QKeyEvent>
+#include <QTimer>
+
+#include <chrono>
+#include <limits>
+
+using namespace QVSongLrcPrivate;
+
+namespace {
+
+/// What a table says that marks a selection by "not found"; QTableView and this one say -1.
+constexpr qint64 NotFound = std::numeric_limits<qint64>::max();
+
+} // namespace
+
+std::shared_ptr<QVLyricSearchWndCtl> QVLyricSearchWndCtl::popUp(const QString &track, const QString &artist,
+                                                                CompletionCallback completion,
+                                                                QWidget *parent)
+{
+    const std::shared_ptr<QVLyricSearchWndCtl> controller(new QVLyricSearchWndCtl(parent));
+    controller->setCompletionCB(std::move(completion));
+    controller->windowDidLoad();
+    controller->setTrack(track, artist);
+    controller->runModal();
+    return controller;
+}
+
+QVLyricSearchWndCtl::QVLyricSearchWndCtl(QWidget *parent)
+    : m_results(std::make_unique<LyricResultsModel>())
+    , m_ui(std::make_unique<Ui::QVLyricSearchWndCtl>())
+    , m_window(new QDialog(parent))
+{
+    m_ui->setupUi(m_window);
+}
+
+QVLyricSearchWndCtl::~QVLyricSearchWndCtl()
+{
+    delete m_window;
+}
+
+QList<QJsonObject> QVLyricSearchWndCtl::lrcResults() const
+{
+    return m_results->results();
+}
+
+bool QVLyricSearchWndCtl::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_window && event->type() == QEvent::Hide && !event->spontaneous())
+        windowWillClose();
+    return QObject::eventFilter(watched, event);
+}
+
+void QVLyricSearchWndCtl::windowDidLoad()
+{
+    QSizePolicy policy = m_ui->loadingIndicater->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    m_ui->loadingIndicater->setSizePolicy(policy);
+    m_ui->tableView->setModel(m_results.get());
+    m_ui->tableView->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    m_ui->tableView->setSortingEnabled(true);
+
+    m_window->installEventFilter(this);
+    connect(m_ui->tableView, &QTableView::doubleClicked, this, &QVLyricSearchWndCtl::tableDoubleClick);
+    connect(m_ui->lblTrackName, &QLineEdit::textChanged, this, &QVLyricSearchWndCtl::controlTextDidChange);
+    connect(m_ui->lblArtistName, &QLineEdit::textChanged, this, &QVLyricSearchWndCtl::controlTextDidChange);
+    connect(m_ui->btnSearch, &QPushButton::clicked, this, &QVLyricSearchWndCtl::searchClick);
+    connect(m_ui->btnDownload, &QPushButton::clicked, this, &QVLyricSearchWndCtl::downloadClick);
+    connect(m_ui->btnCancel, &QPushButton::clicked, this, &QVLyricSearchWndCtl::cancelClick);
+}
+
+void QVLyricSearchWndCtl::runModal()
+{
+    QEventLoop run;
+    m_modalRun = &run;
+    m_window->show();
+    run.exec(QEventLoop::DialogExec);
+    closeWindow(); // which is still open when the application has been told to end
+}
+
+void QVLyricSearchWndCtl::setTrack(const QString &track, const QString &artist)
+{
+    m_ui->lblTrackName->setText(track);
+    m_ui->lblArtistName->setText(artist);
+    refreshBtnsState();
+    searchClick();
+}
+
+void QVLyricSearchWndCtl::setIsSearching(bool isSearching)
+{
+    m_isSearching = isSearching;
+    refreshBtnsState();
+}
+
+void QVLyricSearchWndCtl::refreshBtnsState()
+{
+    if (!m_window)
+        return;
+    const bool hasNames = !m_ui->lblTrackName->text().isEmpty() || !m_ui->lblArtistName->text().isEmpty();
+    m_ui->btnSearch->setEnabled(hasNames && !m_isSearching);
+    m_ui->loadingIndicater->setVisible(m_isSearching);
+    if (m_isSearching)
+        setSearchState(m_results->isEmpty() ? QCoreApplication::translate("Localized", "Searching...")
+                                            : QCoreApplication::translate("Localized", "Downloading..."));
+    // Also while a download runs: the user may start a second one.
+    m_ui->btnDownload->setEnabled(!m_results->isEmpty());
+}
+
+void QVLyricSearchWndCtl::setSearchState(const QString &text)
+{
+    if (!m_window || m_ui->lblSearchState->text() == text)
+        return;
+    m_ui->lblSearchState->setText(text);
+    QAccessibleEvent alert(m_ui->lblSearchState, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+/// The names as they stand in the fields.
+QJsonObject QVLyricSearchWndCtl::reqParams() const
+{
+    return {{Key_Lyric_Artist, m_ui->lblArtistName->text()},
+            {Key_Lyric_Trackname, m_ui->lblTrackName->text()}};
+}
+
+void QVLyricSearchWndCtl::searchClick()
+{
+    m_results->setResults({});
+    if (m_ui->lblArtistName->text().isEmpty() && m_ui->lblTrackName->text().isEmpty())
+        return;
+    const auto model = ZTLyricRequestModel::initWithReqParams(reqParams());
+    setIsSearching(true);
+    model->requestListWithCompletion([self = shared_from_this()](const std::optional<QVLyricError> &error,
+                                                                 const QList<QJsonObject> &results,
+                                                                 qint64 bestIndex) {
+        if (error)
+            self->setSearchState(error->localizedDescription);
+        self->m_results->setResults(results);
+        // After an error too, which it replaces. This is meant.
+        self->setSearchState(QCoreApplication::translate("Localized", "Found %@ results")
+                                 .replace(QLatin1StringView("%@"), QString::number(results.size())));
+        self->selectRow(bestIndex);
+        self->setIsSearching(false);
+    });
+}
+
+void QVLyricSearchWndCtl::selectRow(qint64 row)
+{
+    constexpr std::chrono::milliseconds Delay(100);
+    QTimer::singleShot(Delay, this, [self = shared_from_this(), row] {
+        if (!self->m_window)
+            return;
+        QTableView *const table = self->m_ui->tableView;
+        if (row >= 0 && row < self->m_results->rowCount()) {
+            table->scrollTo(self->m_results->index(int(row), 0));
+            table->selectRow(int(row));
+        }
+        table->setFocus();
+    });
+}
+
+qint64 QVLyricSearchWndCtl::selectedRow() const
+{
+    const QModelIndexList rows = m_ui->tableView->selectionModel()->selectedRows();
+    return rows.isEmpty() ? -1 : rows.first().row();
+}
+
+void QVLyricSearchWndCtl::downloadClick()
+{
+    const qint64 row = selectedRow();
+    const QList<QJsonObject> results = m_results->results();
+    if (row < 0 || row >= results.size())
+        return;
+    const QString link = stringForKeySafeModel(results[row], QLatin1StringView("link"));
+    if (link.isEmpty())
+        qWarning("[LYRIC] no link to load");
+    else
+        requestDetail(link);
+}
+
+void QVLyricSearchWndCtl::requestDetail(const QString &link)
+{
+    const auto model = ZTLyricRequestModel::initWithReqParams(reqParams());
+    setIsSearching(true);
+    model->requestDetail(
+        link, [self = shared_from_this()](const std::optional<QVLyricError> &error, const QString &lyric) {
+            self->setIsSearching(false);
+            if (error)
+                self->setSearchState(error->localizedDescription);
+            if (const CompletionCallback completion = self->m_completionCB) // which may set another
+                completion(lyric);
+            self->closeWindow();
+        });
+}
+
+void QVLyricSearchWndCtl::tableDoubleClick()
+{
+    // Lets every row through, since no selection is -1 here; downloadClick() tells the rows that there are.
+    if (selectedRow() != NotFound)
+        downloadClick();
+}
+
+void QVLyricSearchWndCtl::cancelClick()
+{
+    closeWindow();
+}
+
+void QVLyricSearchWndCtl::closeWindow()
+{
+    if (m_window)
+        m_window->close();
+}
+
+void QVLyricSearchWndCtl::windowWillClose()
+{
+    if (m_modalRun)
+        m_modalRun->exit();
+}
+
+void QVLyricSearchWndCtl::controlTextDidChange()
+{
+    refreshBtnsState();
+}
