@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "support/LookupOptions.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
@@ -42,8 +44,7 @@ struct Options
     QString title;
     QString artist;
     QString link;
-    QString service; ///< HOST[:PORT]; empty: the library's own
-    QString caFile;
+    LookupOptions lookup;
 };
 
 /// The commands, each answering the exit status. A file that fails among several is reported and the others

@@ -4,45 +4,18 @@
 #include "Json.h"
 #include "support/TextFile.h"
 
-#include <QVSongLrc/LyricService.h>
 #include <QVSongLrc/QVSongLrcConstants.h>
 #include <QVSongLrc/ZTLyricRequestModel.h>
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QSslCertificate>
-#include <QUrl>
 
 #include <csignal>
 #include <unistd.h>
 
 namespace {
-
-QUrl serviceUrl(const QString &service)
-{
-    return QUrl(QStringLiteral("https://") + service, QUrl::StrictMode);
-}
-
-void useService(const Options &options)
-{
-    if (!options.service.isEmpty()) {
-        const QUrl url = serviceUrl(options.service);
-        LyricService::setEndpoint(url.host(), quint16(url.port(443)));
-    }
-    if (!options.caFile.isEmpty()) {
-        QFile file(options.caFile.startsWith(u':') ? QStringLiteral("./") + options.caFile : options.caFile);
-        if (!file.open(QIODevice::ReadOnly))
-            throw FileError(options.caFile, file.errorString());
-        const auto certificates = QSslCertificate::fromDevice(&file);
-        if (certificates.isEmpty())
-            throw FileError(options.caFile, QStringLiteral("holds no certificate"));
-        for (const QSslCertificate &certificate : certificates)
-            LyricService::addCertificateAuthority(certificate);
-    }
-}
 
 ExitStatus report(const QVLyricError &error, bool json)
 {
@@ -78,7 +51,7 @@ ExitStatus ask(const Options &options, Start start)
     char *arguments[] = {name, nullptr};
     int count = 1;
     QCoreApplication application(count, arguments);
-    useService(options);
+    options.lookup.apply();
 
     const auto model = ZTLyricRequestModel::initWithReqParams(
         {{Key_Lyric_Trackname, options.title}, {Key_Lyric_Artist, options.artist}});
@@ -117,13 +90,6 @@ void printResults(const QList<QJsonObject> &results, qint64 best, bool json)
 }
 
 } // namespace
-
-bool LookupCommands::isService(const QString &service)
-{
-    const QUrl url = serviceUrl(service);
-    return url.isValid() && !url.host().isEmpty() && url.port(443) > 0 && url.path().isEmpty()
-        && url.userInfo().isEmpty() && !url.hasQuery() && !url.hasFragment();
-}
 
 ExitStatus LookupCommands::search(const Options &options)
 {

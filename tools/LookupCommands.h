@@ -9,7 +9,4 @@ namespace LookupCommands {
 ExitStatus search(const Options &options);
 ExitStatus fetch(const Options &options);
 
-/// Whether \p service is a host, or a host and a port, as in "localhost:8443".
-bool isService(const QString &service);
-
 } // namespace LookupCommands

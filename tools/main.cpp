@@ -98,8 +98,6 @@ public:
         options.title = QString::fromStdString(m_title);
         options.artist = QString::fromStdString(m_artist);
         options.link = QString::fromStdString(m_link);
-        options.service = QString::fromStdString(m_service);
-        options.caFile = QFile::decodeName(m_caFile.c_str());
         const CLI::App *const chosen = m_app.get_subcommands().front();
         if (m_lookups.contains(chosen) && m_title.empty() && m_artist.empty() && m_link.empty()) {
             return refuse(QStringLiteral("name a title, an artist or a link to look up"), status);
@@ -144,16 +142,7 @@ private:
         m_lookups.insert(&command);
         command.add_option("--title", m_title, "The song's title.")->type_name("TITLE");
         command.add_option("--artist", m_artist, "The song's artist.")->type_name("ARTIST");
-        command.add_option("--service", m_service, "Ask this lyric service.")
-            ->type_name("HOST[:PORT]")
-            ->check([](const std::string &service) {
-                return LookupCommands::isService(QString::fromStdString(service))
-                    ? ""
-                    : "no host and port: " + service;
-            });
-        command.add_option("--ca-file", m_caFile, "Trust the authorities in this file, not the system's.")
-            ->type_name("FILE")
-            ->check([](const std::string &file) { return file.empty() ? "names no file" : ""; });
+        m_options.lookup.addTo(command);
     }
 
     void addJson(CLI::App &command)
@@ -192,8 +181,6 @@ private:
     std::string m_title;
     std::string m_artist;
     std::string m_link;
-    std::string m_service;
-    std::string m_caFile;
     std::string m_outputEncoding;
     Options m_options;
     bool m_wantsJson = false; // also where what follows is refused

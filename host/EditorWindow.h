@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Clock.h"
+#include "Recovery.h"
+#include "SongDocument.h"
+
+#include <QMainWindow>
+
+class ClockBar;
+class FileMenu;
+class LineDelegate;
+class LineTableModel;
+class LyricView;
+class PreviewPane;
+class QLabel;
+class QSplitter;
+class QTableView;
+
+/// A window with a song in it: the table of its lines, its text, its preview, and the clock to time it by.
+class EditorWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit EditorWindow(QWidget *parent = nullptr);
+    ~EditorWindow() override;
+
+    /// Opens \p file as the user would.
+    void open(const QString &file);
+
+    /// Takes a song up from a recovery file; false when it can't be had.
+    bool recover(const QString &recoveryFile);
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+
+private:
+    QWidget *makePanes();
+    void addCommands();
+    void addLineCommands();
+    void insertLine();
+    void moveByAmount();
+    void moveLines(qint64 milliseconds);
+    void deleteLines();
+    void stamp();
+    void seekToLine();
+    void insertMakerMark();
+    void searchOnline();
+
+    void showSong(qsizetype row, qsizetype removed, qsizetype inserted);
+    void showCurrentLine();
+    void showTitle();
+    void select(qsizetype row);
+    qsizetype currentRow() const;
+    SongDocument::Rows selectedRows() const;
+    void say(const QString &text);
+
+    SongDocument m_document;
+    Recovery m_recovery{m_document};
+    Clock m_clock;
+    LineTableModel *m_model;
+    FileMenu *m_files;
+    ClockBar *m_clockBar;
+    QTableView *m_table;
+    LineDelegate *m_delegate;
+    LyricView *m_text;
+    PreviewPane *m_preview;
+    QSplitter *m_panes;
+    QLabel *m_warning;
+};

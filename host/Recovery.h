@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "SongDocument.h"
+
+#include <QThreadPool>
+#include <QTimer>
+
+/// Keeps what was not saved of a song in a recovery file, so that a program that is killed loses nothing.
+///
+/// The file is written shortly after each edit, and goes when the song is saved or this object is destroyed,
+/// which a window does when its user has decided what becomes of the song. A file that outlives its program
+/// is left(), and can be taken over.
+class Recovery : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Recovery(SongDocument &document, QObject *parent = nullptr);
+    ~Recovery() override;
+
+    /// The recovery files whose programs have ended.
+    static QStringList left();
+
+    /// The name of the song's file that a recovery file belongs to; empty when it had none.
+    static QString songOf(const QString &recoveryFile);
+
+    /// Gives the document the song in \p recoveryFile, which becomes this object's own. False when another
+    /// program has it, or it can't be read.
+    bool takeOver(const QString &recoveryFile);
+
+    /// Deletes a recovery file that nobody wants.
+    static void discard(const QString &recoveryFile);
+
+Q_SIGNALS:
+    /// What the last attempt to write came to; \p why is empty when it did well.
+    void written(const QString &why);
+
+private:
+    void write();
+    void remove();
+    bool lock();
+
+    SongDocument &m_document;
+    QString m_file;
+    int m_lock = -1; // a file descriptor, for as long as m_file is ours
+    QTimer m_timer;
+    QThreadPool m_writer; // of one thread: a slow disk holds no key up, and the last text is written last
+};
