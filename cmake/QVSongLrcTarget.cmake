@@ -22,7 +22,8 @@ function(qvsonglrc_target target)
     if(NOT PROJECT_IS_TOP_LEVEL) # a warning of ours is not the host's to mend
         set_target_properties(${target} PROPERTIES COMPILE_WARNING_AS_ERROR OFF)
     endif()
-    if(NOT QVSONGLRC_FUZZ) # clang's sanitizers leave their symbols to the program
+    # clang's sanitizers leave their symbols to the program
+    if(NOT (CMAKE_CXX_COMPILER_ID MATCHES "Clang" AND CMAKE_CXX_FLAGS MATCHES "-fsanitize"))
         target_link_options(${target} PRIVATE LINKER:--no-undefined)
     endif()
 endfunction()

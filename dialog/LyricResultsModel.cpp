@@ -6,6 +6,7 @@
 #include <QVSongLrc/QVSongLrcConstants.h>
 
 #include <QCollator>
+#include <QCoreApplication>
 
 #include <algorithm>
 #include <vector>
@@ -61,7 +62,8 @@ QVariant LyricResultsModel::headerData(int section, Qt::Orientation orientation,
 {
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return {};
-    return section == TrackColumn ? tr("Title") : tr("Artist");
+    return section == TrackColumn ? QCoreApplication::translate("QVLyricSearchWndCtl", "Title")
+                                  : QCoreApplication::translate("QVLyricSearchWndCtl", "Artist");
 }
 
 void LyricResultsModel::sort(int column, Qt::SortOrder order)

@@ -2,7 +2,9 @@
 #include <QVSongLrc/QVLyricSearchWndCtl.h>
 
 #include "../lookup/SafeModel.h"
+#include "LyricCellDelegate.h"
 #include "LyricResultsModel.h"
+#include "Translations.h"
 #include "ui_QVLyricSearchWndCtl.h"
 
 #include <QVSongLrc/QVSongLrcConstants.h>
@@ -17,6 +19,7 @@
 
 #include <chrono>
 #include <limits>
+#include <optional>
 
 using namespace QVSongLrcPrivate;
 
@@ -24,6 +27,25 @@ namespace {
 
 /// What a table says that marks a selection by "not found"; QTableView and this one say -1.
 constexpr qint64 NotFound = std::numeric_limits<qint64>::max();
+
+/// Is destroyed shortly before the application object is, which no window may outlive.
+QObject *applicationEnd()
+{
+    static QPointer<QObject> end;
+    if (!end) {
+        end = new QObject;
+        qAddPostRoutine([] { delete end; });
+    }
+    return end;
+}
+
+bool isHeldEnter(const QEvent *event)
+{
+    if (event->type() != QEvent::KeyPress)
+        return false;
+    const auto *const press = static_cast<const QKeyEvent *>(event);
+    return press->isAutoRepeat() && (press->key() == Qt::Key_Return || press->key() == Qt::Key_Enter);
+}
 
 } // namespace
 
@@ -44,7 +66,11 @@ QVLyricSearchWndCtl::QVLyricSearchWndCtl(QWidget *parent)
     , m_ui(std::make_unique<Ui::QVLyricSearchWndCtl>())
     , m_window(new QDialog(parent))
 {
+    Translations::followUsersLanguage();
     m_ui->setupUi(m_window);
+    // It may be a host's only window for the time being.
+    m_window->setAttribute(Qt::WA_QuitOnClose, false);
+    connect(applicationEnd(), &QObject::destroyed, m_window, [window = m_window.get()] { delete window; });
 }
 
 QVLyricSearchWndCtl::~QVLyricSearchWndCtl()
@@ -59,8 +85,13 @@ QList<QJsonObject> QVLyricSearchWndCtl::lrcResults() const
 
 bool QVLyricSearchWndCtl::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_window && event->type() == QEvent::Hide && !event->spontaneous())
+    // Who holds Enter for long would start one download after the other, the focus being in the table soon.
+    if (isHeldEnter(event))
+        return true;
+    if (event->type() == QEvent::Hide && watched == m_window && !event->spontaneous())
         windowWillClose();
+    else if (event->type() == QEvent::Resize && watched == m_ui->tableView->viewport())
+        fitColumns(static_cast<QResizeEvent *>(event)->oldSize().width());
     return QObject::eventFilter(watched, event);
 }
 
@@ -69,17 +100,44 @@ void QVLyricSearchWndCtl::windowDidLoad()
     QSizePolicy policy = m_ui->loadingIndicater->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     m_ui->loadingIndicater->setSizePolicy(policy);
-    m_ui->tableView->setModel(m_results.get());
-    m_ui->tableView->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
-    m_ui->tableView->setSortingEnabled(true);
+
+    QTableView *const table = m_ui->tableView;
+    table->setModel(m_results.get());
+    table->setItemDelegate(new LyricCellDelegate(table));
+    table->verticalHeader()->setDefaultSectionSize(table->verticalHeader()->minimumSectionSize());
+    table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    // New results come in the service's order.
+    const auto showNoOrder = [table] { table->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder); };
+    showNoOrder();
+    table->setSortingEnabled(true);
+    connect(m_results.get(), &LyricResultsModel::modelReset, table, showNoOrder);
 
     m_window->installEventFilter(this);
-    connect(m_ui->tableView, &QTableView::doubleClicked, this, &QVLyricSearchWndCtl::tableDoubleClick);
+    m_ui->btnDownload->installEventFilter(this);
+    table->viewport()->installEventFilter(this);
+    // So that Enter searches in the names and downloads in the table, and people see which.
+    connect(qApp, &QApplication::focusChanged, m_window, [ui = m_ui.get()](QWidget *, QWidget *now) {
+        if (now == ui->lblTrackName || now == ui->lblArtistName)
+            ui->btnSearch->setDefault(true);
+        else if (now == ui->tableView)
+            ui->btnDownload->setDefault(true);
+    });
+    connect(table, &QTableView::doubleClicked, this, &QVLyricSearchWndCtl::tableDoubleClick);
     connect(m_ui->lblTrackName, &QLineEdit::textChanged, this, &QVLyricSearchWndCtl::controlTextDidChange);
     connect(m_ui->lblArtistName, &QLineEdit::textChanged, this, &QVLyricSearchWndCtl::controlTextDidChange);
     connect(m_ui->btnSearch, &QPushButton::clicked, this, &QVLyricSearchWndCtl::searchClick);
     connect(m_ui->btnDownload, &QPushButton::clicked, this, &QVLyricSearchWndCtl::downloadClick);
     connect(m_ui->btnCancel, &QPushButton::clicked, this, &QVLyricSearchWndCtl::cancelClick);
+}
+
+/// Keeps the columns' shares of the table's width, which was \p oldWidth, also where the user has set them.
+void QVLyricSearchWndCtl::fitColumns(int oldWidth)
+{
+    QHeaderView *const header = m_ui->tableView->horizontalHeader();
+    const int width = m_ui->tableView->viewport()->width();
+    const double share =
+        oldWidth > 0 ? double(header->sectionSize(LyricResultsModel::TrackColumn)) / oldWidth : 0.6;
+    header->resizeSection(LyricResultsModel::TrackColumn, qRound(share * width));
 }
 
 void QVLyricSearchWndCtl::runModal()

@@ -116,12 +116,12 @@ void QVEditSong::deleteLineAtIndexs(const std::set<quint64> &indexes)
         throw std::out_of_range("QVEditSong::deleteLineAtIndexs: an index is outside the lines");
 
     auto kept = lines.begin() + qsizetype(*indexes.begin());
-    for (auto index = indexes.begin(); index != indexes.end();) {
+    for (auto index = indexes.cbegin(); index != indexes.cend();) {
         const auto from = lines.begin() + qsizetype(*index) + 1;
-        const auto to = ++index == indexes.end() ? lines.end() : lines.begin() + qsizetype(*index);
+        const auto to = ++index == indexes.cend() ? lines.end() : lines.begin() + qsizetype(*index);
         kept = std::move(from, to, kept);
     }
-    lines.erase(kept, lines.end());
+    lines.resize(kept - lines.begin());
 }
 
 bool QVEditSong::isEqual(const QVEditSong *other) const

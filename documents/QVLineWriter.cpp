@@ -15,7 +15,7 @@ void forEachLine(const QVSongLineList &lines, Visit visit)
 {
     constexpr qsizetype Ahead = 8;
     constexpr qsizetype CacheLine = 64;
-    const std::shared_ptr<QVSongLine> *const at = lines.constData();
+    const auto at = lines.cbegin();
     for (qsizetype i = 0; i < lines.size(); ++i) {
         if (i + Ahead < lines.size()) {
             const char *const ahead = reinterpret_cast<const char *>(at[i + Ahead].get());

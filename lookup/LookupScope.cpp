@@ -2,32 +2,43 @@
 #include "LookupScope.h"
 
 #include <QCoreApplication>
-#include <QPointer>
+
+#include <thread>
+#include <utility>
 
 namespace QVSongLrcPrivate {
 namespace {
 
-QPointer<LookupScope> theScope;
+LookupScope *theScope = nullptr;
 
-/// Takes an answer to the main thread, where what is to be done with it lives and dies.
-class Handover final : public QObject
+/// Reads one reply on a thread of its own and hands what it says to the main thread, where what is to be done
+/// with that lives and dies.
+class Reading final : public QObject
 {
 public:
-    Handover(LookupScope::Done done, QObject *parent)
+    Reading(LookupScope::Read read, LookupScope::Done done, QObject *parent)
         : QObject(parent)
         , m_done(std::move(done))
+        , m_thread([this, read = std::move(read)](const std::stop_token &stop) {
+            m_answer = read(stop);
+            QMetaObject::invokeMethod(this, &Reading::deliver, Qt::QueuedConnection);
+        })
     {
     }
 
-    void deliver(const LyricAnswer &answer)
+private:
+    void deliver()
     {
+        m_thread.join();
         const LookupScope::Done done = std::move(m_done);
+        const LyricAnswer answer = std::move(m_answer);
         deleteLater();
         done(answer); // in which this may go, so nothing here is touched afterwards
     }
 
-private:
     LookupScope::Done m_done;
+    LyricAnswer m_answer;  // the thread's, until that has been joined
+    std::jthread m_thread; // the last, so that it is stopped and joined before the others go
 };
 
 } // namespace
@@ -37,24 +48,14 @@ LookupScope &LookupScope::instance()
     if (!theScope) {
         theScope = new LookupScope;
         // Still before the application object goes, which replies and threads cannot do without.
-        qAddPostRoutine([] { delete theScope; });
+        qAddPostRoutine([] { delete std::exchange(theScope, nullptr); });
     }
     return *theScope;
 }
 
-LookupScope::~LookupScope()
-{
-    m_stop.request_stop();
-    m_threads.waitForDone();
-}
-
 void LookupScope::compute(Read read, Done done)
 {
-    auto *const handover = new Handover(std::move(done), this); // outlives the thread, which the scope awaits
-    m_threads.start([read = std::move(read), stop = m_stop.get_token(), handover] {
-        QMetaObject::invokeMethod(
-            handover, [handover, answer = read(stop)] { handover->deliver(answer); }, Qt::QueuedConnection);
-    });
+    new Reading(std::move(read), std::move(done), this);
 }
 
 } // namespace QVSongLrcPrivate

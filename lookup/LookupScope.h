@@ -4,7 +4,6 @@
 #include "AnswerReader.h"
 
 #include <QObject>
-#include <QThreadPool>
 
 #include <functional>
 #include <stop_token>
@@ -12,12 +11,11 @@
 namespace QVSongLrcPrivate {
 
 /// What the lookup does in the background, which ends with the application object: transfers are its
-/// children, and replies are read on its threads. Use from the main thread.
+/// children, and so are the threads that read replies. Use from the main thread.
 class LookupScope final : public QObject
 {
 public:
     static LookupScope &instance();
-    ~LookupScope() override;
 
     using Read = std::function<LyricAnswer(const std::stop_token &)>;
     using Done = std::function<void(const LyricAnswer &)>;
@@ -28,9 +26,6 @@ public:
 
 private:
     LookupScope() = default;
-
-    QThreadPool m_threads;
-    std::stop_source m_stop;
 };
 
 } // namespace QVSongLrcPrivate

@@ -58,6 +58,8 @@ Options prepared(const std::string &library, const std::string &data)
     return options;
 }
 
+// What run() connects it also outlives: its event loop is the only one.
+// clazy:excludeall=lambda-in-connect
 int run(QCoreApplication &application, const Options &options)
 {
     QLockFile lock(options.data + "/lock"_L1);

@@ -21,7 +21,7 @@ QString localName(const QString &file)
     return file.startsWith(u':') ? QStringLiteral("./") + file : file;
 }
 
-const QString StandardOutput = QStringLiteral("standard output");
+constexpr QLatin1StringView StandardOutput("standard output");
 
 } // namespace
 
@@ -56,7 +56,7 @@ void writeTextFile(const QString &file, const QString &text, const TextEncoding 
 {
     const auto bytes = encodeText(text, encoding);
     if (!bytes) {
-        throw FileError(file == StandardStream ? StandardOutput : file,
+        throw FileError(file == StandardStream ? QString(StandardOutput) : file,
                         QStringLiteral("the text has characters that the encoding %1 has not")
                             .arg(QString::fromLatin1(encoding.name)));
     }

@@ -69,6 +69,7 @@ private:
 
     bool eventFilter(QObject *watched, QEvent *event) override;
     void windowDidLoad();
+    void fitColumns(int oldWidth);
     void runModal();
     void setTrack(const QString &track, const QString &artist);
     void setIsSearching(bool isSearching);

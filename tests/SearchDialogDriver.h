@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "MisbehavingServer.h"
+
+#include <QVSongLrc/LyricService.h>
+#include <QVSongLrc/QVLyricSearchWndCtl.h>
+
+#include <QApplication>
+#include <QDialog>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPointer>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTableView>
+#include <QTest>
+#include <QTimer>
+#include <QUrlQuery>
+
+/// The lyric service, which holds every reply until the test gives it.
+class HoldingService
+{
+public:
+    explicit HoldingService(const QSslConfiguration &configuration)
+        : m_server(configuration, [this](QSslSocket *socket) {
+            const QMutexLocker lock(&m_mutex);
+            m_sockets += socket;
+        })
+    {
+        LyricService::setEndpoint(QStringLiteral("127.0.0.1"), m_server.port());
+    }
+
+    qsizetype asked() const
+    {
+        const QMutexLocker lock(&m_mutex);
+        return m_sockets.size();
+    }
+
+    /// What the request before the last \p back ones said in \p field.
+    QString sent(const char *field, qsizetype back = 0) const
+    {
+        const QByteArray request = m_server.requests().at(asked() - 1 - back);
+        const QByteArray form = request.mid(request.indexOf("\r\n\r\n") + 4).replace('+', ' ');
+        return QUrlQuery(QString::fromUtf8(form))
+            .queryItemValue(QString::fromUtf8(field), QUrl::FullyDecoded);
+    }
+
+    /// Replies to the request before the last \p back ones.
+    void reply(const QByteArray &body, qsizetype back = 0, const QByteArray &status = "200 OK")
+    {
+        const QPointer<QSslSocket> socket = m_sockets.at(asked() - 1 - back);
+        QVERIFY(socket); // gone when the client has given up
+        QMetaObject::invokeMethod(
+            socket.get(), [=] { MisbehavingServer::reply(body, status)(socket); }, Qt::QueuedConnection);
+    }
+
+private:
+    mutable QMutex m_mutex;
+    QList<QPointer<QSslSocket>> m_sockets;
+    MisbehavingServer m_server;
+};
+
+/// The dialog as a user meets it: its window and the controls in it.
+struct SearchWindow
+{
+    explicit SearchWindow(QWidget *modal)
+        : window(qobject_cast<QDialog *>(modal))
+        , track(modal->findChild<QLineEdit *>(QStringLiteral("lblTrackName")))
+        , artist(modal->findChild<QLineEdit *>(QStringLiteral("lblArtistName")))
+        , search(modal->findChild<QPushButton *>(QStringLiteral("btnSearch")))
+        , download(modal->findChild<QPushButton *>(QStringLiteral("btnDownload")))
+        , cancel(modal->findChild<QPushButton *>(QStringLiteral("btnCancel")))
+        , indicator(modal->findChild<QProgressBar *>(QStringLiteral("loadingIndicater")))
+        , state(modal->findChild<QLabel *>(QStringLiteral("lblSearchState")))
+        , table(modal->findChild<QTableView *>(QStringLiteral("tableView")))
+    {
+    }
+
+    /// The cells of a column, each cut to its first word, in one string.
+    QString column(int column) const
+    {
+        QStringList cells;
+        for (int row = 0; row < table->model()->rowCount(); ++row)
+            cells += table->model()->index(row, column).data().toString().section(QLatin1Char(' '), 0, 0);
+        return cells.join(QLatin1Char(' '));
+    }
+
+    int selectedRow() const
+    {
+        const QModelIndexList rows = table->selectionModel()->selectedRows();
+        return rows.isEmpty() ? -1 : rows.first().row();
+    }
+
+    void clickHeader(int column) const
+    {
+        const QHeaderView *const header = table->horizontalHeader();
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
+                          {header->sectionViewportPosition(column) + 20, header->height() / 2});
+    }
+
+    void doubleClick(const QPoint &at) const
+    {
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, at);
+        QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, at);
+    }
+
+    /// Busy, Search enabled, Download enabled, and the status, in one text to compare.
+    QString look() const
+    {
+        return QStringLiteral("%1 %2 %3 %4")
+            .arg(indicator->isVisible() ? QStringLiteral("busy") : QStringLiteral("idle"))
+            .arg(search->isEnabled())
+            .arg(download->isEnabled())
+            .arg(state->text());
+    }
+
+    QPointer<QDialog> window;
+    QLineEdit *track;
+    QLineEdit *artist;
+    QPushButton *search;
+    QPushButton *download;
+    QPushButton *cancel;
+    QProgressBar *indicator;
+    QLabel *state;
+    QTableView *table;
+};
+
+using Script = std::function<void(SearchWindow &)>;
+
+/// Opens the dialog and runs \p script in its modal loop. A dialog that is still open when the script has ended
+/// or half a minute has gone is closed.
+inline std::shared_ptr<QVLyricSearchWndCtl>
+popUpWith(const Script &script, const QString &track, const QString &artist = {},
+          const QVLyricSearchWndCtl::CompletionCallback &completion = {}, QWidget *parent = nullptr)
+{
+    QTimer watchdog;
+    watchdog.callOnTimeout([] {
+        QTest::qFail("the dialog has not closed", __FILE__, __LINE__);
+        for (QWidget *const modal : QApplication::topLevelWidgets())
+            if (modal->isModal())
+                modal->close();
+    });
+    watchdog.start(30'000);
+    QTimer::singleShot(0, &watchdog, [&script] {
+        SearchWindow window(QApplication::activeModalWidget());
+        window.window->activateWindow();
+        if (QTest::qWaitForWindowActive(window.window))
+            script(window);
+        else
+            QTest::qFail("the dialog was not activated", __FILE__, __LINE__);
+        if (window.window)
+            window.window->close();
+    });
+    return QVLyricSearchWndCtl::popUp(track, artist, completion, parent);
+}
