@@ -112,6 +112,7 @@ public:
     virtual std::shared_ptr<QVSongLrcPrivate::LyricHttpClient> afPostMgr() const;
 
 protected:
+    /// For classes that derive from this one; their objects, too, live in a `std::shared_ptr`.
     explicit ZTLyricRequestModel(const QJsonObject &reqParams);
 
 private:
