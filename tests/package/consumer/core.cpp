@@ -15,8 +15,8 @@ int main()
     try {
         QVUtils::getTimeInterval("[");
     } catch (const std::out_of_range &) { // thrown in the library, caught here
-        return preview.previewSongTextWithHasTag(true) == "[00:01.50]words\n" && QVSongLrcVersionNumber >= 1 ? 0
-                                                                                                            : 1;
+        const bool isRight = preview.previewSongTextWithHasTag(true) == "[00:01.50]words\n";
+        return isRight && QVSongLrcVersionNumber >= 1 ? 0 : 1;
     }
     return 1;
 }
