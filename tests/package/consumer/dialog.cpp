@@ -17,6 +17,6 @@ int main(int argc, char **argv)
         wasOpen = QApplication::activeModalWidget();
         QApplication::closeAllWindows();
     });
-    QVLyricSearchWndCtl::popUp(QString(), QString(), [](const QString &) { });
+    QVLyricSearchWndCtl::popUp(QString(), QString(), [](const QString &) {});
     return wasOpen ? 0 : 1;
 }
