@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <vector>
 
+namespace QVSongLrcPrivate {
+
 namespace {
 
 /// In UTF-16 code units; more than fits any cell, and little enough to be laid out in no time.
@@ -90,3 +92,5 @@ void LyricResultsModel::sort(int column, Qt::SortOrder order)
     m_results = sorted;
     Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1));
 }
+
+} // namespace QVSongLrcPrivate

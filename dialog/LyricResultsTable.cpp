@@ -5,6 +5,8 @@
 
 #include <QHeaderView>
 
+namespace QVSongLrcPrivate {
+
 namespace {
 
 constexpr int FirstColumn = 0;
@@ -48,3 +50,5 @@ void LyricResultsTable::showNoOrder()
 {
     horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
 }
+
+} // namespace QVSongLrcPrivate

@@ -3,6 +3,8 @@
 
 #include <QTableView>
 
+namespace QVSongLrcPrivate {
+
 /// Shows the candidates. Its columns fill its width and keep their shares of it; a click on a header sorts.
 class LyricResultsTable final : public QTableView
 {
@@ -24,3 +26,5 @@ private:
 
     int m_fittedWidth = 0; // of the viewport
 };
+
+} // namespace QVSongLrcPrivate

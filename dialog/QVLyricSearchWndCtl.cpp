@@ -20,6 +20,8 @@
 #include <limits>
 #include <optional>
 
+using namespace QVSongLrcPrivate;
+
 namespace {
 
 /// What a table says that marks a selection by "not found"; QTableView and this one say -1.

@@ -8,6 +8,12 @@
 
 using namespace Qt::StringLiterals;
 
+// The files in a static library are there once they are asked for. Outside any namespace, as the macro wants it.
+static void addFiles()
+{
+    Q_INIT_RESOURCE(qvsonglrc_translations);
+}
+
 namespace {
 
 QPointer<QTranslator> theTranslator;
@@ -37,6 +43,7 @@ void load()
 
 void install()
 {
+    addFiles();
     theTranslator = new QTranslator(QCoreApplication::instance());
     load();
     QCoreApplication::installTranslator(theTranslator);
@@ -46,7 +53,7 @@ void install()
 
 Q_COREAPP_STARTUP_FUNCTION(install)
 
-void Translations::followUsersLanguage()
+void QVSongLrcPrivate::Translations::followUsersLanguage()
 {
     if (theTranslator && followed != QLocale().uiLanguages())
         load();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "EditorWindow.h"
 #include "Recovery.h"
+#include "support/CommandLine.h"
 #include "support/LookupOptions.h"
 #include "support/TextFile.h"
 
@@ -60,7 +61,7 @@ int main(int argc, char **argv)
     CLI::App options("Edit song lyrics in the LRC format.", "songlrc-editor");
     LookupOptions lookup;
     std::string file;
-    options.set_version_flag("--version", "songlrc-editor " SONGLRC_VERSION);
+    CommandLine::addStandardOptions(options, SONGLRC_VERSION);
     options.add_option("FILE", file, "The lyric's file.")->type_name("");
     lookup.addTo(options);
     try {

@@ -6,6 +6,7 @@
 #include "ServiceError.h"
 #include "SongIndex.h"
 #include "UnixSignals.h"
+#include "support/CommandLine.h"
 
 #include <CLI/CLI.hpp>
 
@@ -147,18 +148,18 @@ int main(int argc, char **argv)
     std::string address = "127.0.0.1";
     quint16 port = 0;
     bool jsonLog = false;
-    CLI::App cli("A small lyric service: looks songs up in a folder of .lrc files, over HTTPS.",
-                 "songlrc-service");
-    cli.add_option("--library", library, "the folder of .lrc files")->required()->type_name("DIR");
-    cli.add_option("--port", port, "the port to listen on; 0, the default, is any free one")->type_name("N");
-    cli.add_option("--data", data, "the folder for index and certificates; has a default")->type_name("DIR");
-    cli.add_option("--address", address, "the address to listen on; 127.0.0.1 by default")
+    CLI::App cli("Serve the lyrics in a folder of .lrc files over HTTPS.", "songlrc-service");
+    CommandLine::addStandardOptions(cli, SONGLRC_VERSION);
+    cli.add_option("--library", library, "The folder of .lrc files.")->required()->type_name("DIR");
+    cli.add_option("--port", port, "The port to listen on; 0, the default, is any free one.")->type_name("N");
+    cli.add_option("--data", data, "The folder for index and certificates.")->type_name("DIR");
+    cli.add_option("--address", address, "The address to listen on; 127.0.0.1 by default.")
         ->type_name("A")
         ->check([](const std::string &text) {
             return QHostAddress(QString::fromStdString(text)).isNull() ? "not an IP address: " + text
                                                                        : std::string();
         });
-    cli.add_flag("--json-log", jsonLog, "write one line of JSON a request to standard output");
+    cli.add_flag("--json-log", jsonLog, "Write one line of JSON a request to standard output.");
     try {
         cli.parse(argc, argv);
     } catch (const CLI::ParseError &error) {

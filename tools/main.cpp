@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Commands.h"
 #include "LookupCommands.h"
+#include "support/CommandLine.h"
 #include "support/TextFile.h"
 
 #include <CLI/CLI.hpp>
@@ -18,7 +19,7 @@ public:
     Arguments()
     {
         m_app.require_subcommand(1);
-        m_app.set_version_flag("--version", "songlrc " SONGLRC_VERSION);
+        CommandLine::addStandardOptions(m_app, SONGLRC_VERSION);
 
         CLI::App &parse = add("parse", "Print the lines of each lyric.", Commands::parse);
         addFiles(parse, 1, CLI::detail::expected_max_vector_size);

@@ -19,8 +19,10 @@ class QVSONGLRC_LOOKUP_EXPORT LyricService
 public:
     LyricService() = delete;
 
-    /// Port 443 of the host that the library was built with, unless setEndpoint() named another.
+    /// The service's host: the one that the library was built with, unless setEndpoint() named another.
     static QString host();
+
+    /// The service's port: 443, unless setEndpoint() named another.
     static quint16 port();
 
     /// Makes \p host, a host name or an IP address, and \p port the service's.

@@ -20,8 +20,8 @@ struct QVSONGLRC_LOOKUP_EXPORT QVLyricError
     /// is a QNetworkReply::NetworkError: 5 is a cancelled request, 4 one that stood still for too long.
     static constexpr QLatin1StringView TransportDomain{"QNetworkReply::NetworkError"};
 
-    QString domain;
-    qint64 code = 0;
+    QString domain;               ///< Whose code it is: one of the three above.
+    qint64 code = 0;              ///< What went wrong, as the domain counts.
     QString localizedDescription; ///< For people to read; absent where there is none.
 
     /// All three in one line of text, for logs.

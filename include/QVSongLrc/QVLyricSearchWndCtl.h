@@ -12,13 +12,16 @@
 #include <functional>
 #include <memory>
 
-class LyricResultsModel;
 class QDialog;
 class QEventLoop;
 class QWidget;
 
 namespace Ui {
 class QVLyricSearchWndCtl;
+}
+
+namespace QVSongLrcPrivate {
+class LyricResultsModel;
 }
 
 /// A modal dialog in which the user looks a lyric up on the lyric service and downloads it.
@@ -87,7 +90,8 @@ private:
 
     bool m_isSearching = false;
     CompletionCallback m_completionCB;
-    const std::unique_ptr<LyricResultsModel> m_results;  // outlives the window, which shows it
+    const std::unique_ptr<QVSongLrcPrivate::LyricResultsModel>
+        m_results;                                       // outlives the window, which shows it
     const std::unique_ptr<Ui::QVLyricSearchWndCtl> m_ui; // what it points at goes with the window
     QPointer<QDialog> m_window;
     QPointer<QEventLoop> m_modalRun;

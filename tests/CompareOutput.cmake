@@ -1,6 +1,0 @@
-# Runs PROGRAM and fails unless it prints what the file EXPECTED holds.
-execute_process(COMMAND ${PROGRAM} OUTPUT_VARIABLE printed RESULT_VARIABLE status)
-file(READ ${EXPECTED} expected)
-if(NOT status EQUAL 0 OR NOT printed STREQUAL expected)
-    message(FATAL_ERROR "status ${status}, printed:\n${printed}expected:\n${expected}")
-endif()

@@ -1,0 +1,12 @@
+# Runs FOLDER/commands.sh, with the program in FOLDER, and fails unless it prints what FOLDER/expected.txt holds.
+set(place ${FOLDER}/run)
+file(REMOVE_RECURSE ${place})
+file(MAKE_DIRECTORY ${place})
+file(CREATE_LINK ${SAMPLES} ${place}/samples SYMBOLIC)
+set(ENV{PATH} "${FOLDER}:$ENV{PATH}")
+execute_process(COMMAND sh -eu ${FOLDER}/commands.sh WORKING_DIRECTORY ${place}
+    OUTPUT_VARIABLE printed RESULT_VARIABLE status)
+file(READ ${FOLDER}/expected.txt expected)
+if(NOT status EQUAL 0 OR NOT printed STREQUAL expected)
+    message(FATAL_ERROR "status ${status}, printed:\n${printed}expected:\n${expected}")
+endif()
