@@ -35,7 +35,7 @@ QObject *applicationEnd()
         end = new QObject;
         qAddPostRoutine([] { delete end; });
     }
-    return end;
+    return end.data();
 }
 
 bool isHeldEnter(const QEvent *event)
@@ -120,7 +120,7 @@ void QVLyricSearchWndCtl::windowDidLoad()
 void QVLyricSearchWndCtl::runModal()
 {
     QEventLoop run;
-    m_modalRun = &run;
+    m_modalRun = &run; // cppcheck-suppress danglingLifetime ; it is a QPointer
     m_window->show();
     run.exec(QEventLoop::DialogExec);
     closeWindow(); // which is still open when the application has been told to end
