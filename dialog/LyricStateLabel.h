@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QLabel>
+
+/// A status line that screen readers speak when it changes, wherever the focus is.
+class LyricStateLabel final : public QLabel
+{
+    Q_OBJECT
+
+public:
+    explicit LyricStateLabel(QWidget *parent = nullptr);
+
+    /// Shows \p text, and has it spoken if it is to be seen.
+    void say(const QString &text);
+};
