@@ -48,8 +48,8 @@ QVariant LyricResultsModel::data(const QModelIndex &index, int role) const
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
         return {};
     switch (role) {
-    case Qt::DisplayRole:
-        return text(index.row(), index.column()).left(LongestShown);
+    case Qt::DisplayRole: // in one line
+        return text(index.row(), index.column()).left(LongestShown).replace(u'\n', u' ');
     case Qt::ToolTipRole: // escaped, since a service's text is no markup, and a paragraph, so that it wraps
         return QLatin1StringView("<p>%1</p>")
             .arg(text(index.row(), index.column()).left(LongestShown).toHtmlEscaped());

@@ -4,6 +4,7 @@
 #include "LyricCellDelegate.h"
 
 #include <QHeaderView>
+#include <QMouseEvent>
 
 namespace QVSongLrcPrivate {
 
@@ -34,6 +35,12 @@ qint64 LyricResultsTable::selectedRow() const
 {
     const QModelIndexList rows = selectionModel()->selectedRows();
     return rows.isEmpty() ? -1 : rows.first().row();
+}
+
+void LyricResultsTable::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton) // others are no double click to the user
+        QTableView::mouseDoubleClickEvent(event);
 }
 
 void LyricResultsTable::resizeEvent(QResizeEvent *event)

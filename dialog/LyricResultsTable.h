@@ -19,6 +19,7 @@ public:
     qint64 selectedRow() const;
 
 protected:
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:

@@ -9,7 +9,6 @@
 #include <QVSongLrc/QVSongLrcConstants.h>
 #include <QVSongLrc/ZTLyricRequestModel.h>
 
-#include <QAccessible>
 #include <QApplication>
 #include <QDialog>
 #include <QEventLoop>
@@ -156,11 +155,8 @@ void QVLyricSearchWndCtl::refreshBtnsState()
 
 void QVLyricSearchWndCtl::setSearchState(const QString &text)
 {
-    if (!m_window || m_ui->lblSearchState->text() == text)
-        return;
-    m_ui->lblSearchState->setText(text);
-    QAccessibleEvent alert(m_ui->lblSearchState, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+    if (m_window)
+        m_ui->lblSearchState->say(text);
 }
 
 /// The names as they stand in the fields.

@@ -111,10 +111,10 @@ struct SearchWindow
                           {header->sectionViewportPosition(column) + 20, header->height() / 2});
     }
 
-    void doubleClick(const QPoint &at) const
+    void doubleClick(const QPoint &at, Qt::MouseButton button = Qt::LeftButton) const
     {
-        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, at);
-        QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, at);
+        QTest::mouseClick(table->viewport(), button, {}, at);
+        QTest::mouseDClick(table->viewport(), button, {}, at);
     }
 
     /// Busy, Search enabled, Download enabled, and the status, in one text to compare.

@@ -180,7 +180,7 @@ void TestSearchDialogLife::completionsMayDoAnything()
                 QTRY_VERIFY(!d.window || !d.window->isVisible());
             },
             u"Air"_s, QString(), completion, parent.get());
-        if (deed != u"quit")
+        if (deed != u"quit" || calls == 0) // else the test would wait for ever
             QCoreApplication::exit(7);
     });
     QCOMPARE(QApplication::exec(), deed == u"quit" ? 0 : 7);

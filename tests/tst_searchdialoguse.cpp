@@ -92,8 +92,9 @@ void TestSearchDialogUse::isAccessible()
                 QVERIFY2(!face->text(QAccessible::Name).isEmpty(), qPrintable(control->objectName()));
                 QVERIFY2(!face->text(QAccessible::Description).isEmpty(), qPrintable(control->objectName()));
             }
-            QCOMPARE(QAccessible::queryAccessibleInterface(d.state)->text(QAccessible::Name),
-                     u"Searching..."_s);
+            const QAccessibleInterface *const state = QAccessible::queryAccessibleInterface(d.state);
+            QCOMPARE(state->text(QAccessible::Name), u"Searching..."_s);
+            QCOMPARE(state->role(), QAccessible::Notification); // which is spoken, wherever the focus is
         },
         u"Air"_s);
 }

@@ -48,9 +48,9 @@ public:
     ///
     /// \p completion is called once for every download that the user has started and never otherwise: from the
     /// event loop, before the dialog closes, or after this has returned when the user closed the dialog while
-    /// the download went on. The user may start a second download before the first has ended. The completion
-    /// may do anything, opening another dialog and closing the application included; without one, lyrics are
-    /// dropped.
+    /// the download went on; not for those outstanding when the application object is destroyed. The user may
+    /// start a second download before the first has ended. The completion may do anything, opening another
+    /// dialog and closing the application included; without one, lyrics are dropped.
     static std::shared_ptr<QVLyricSearchWndCtl> popUp(const QString &track, const QString &artist,
                                                       CompletionCallback completion,
                                                       QWidget *parent = nullptr);
