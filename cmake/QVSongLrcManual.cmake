@@ -18,8 +18,13 @@ function(qvsonglrc_manual program)
         install(FILES ${bash}
             DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
             COMPONENT QVSongLrc_Programs)
+        # zsh looks in its own folder; in Debian what packages bring has one beside that.
+        set(functions site-functions)
+        if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+            set(functions vendor-completions)
+        endif()
         install(FILES ${zsh}
-            DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/${functions}
             COMPONENT QVSongLrc_Programs)
     endif()
 endfunction()
