@@ -2,6 +2,7 @@
 #include "ClockBar.h"
 
 #include "Command.h"
+#include "SongDocument.h"
 
 #include <QVSongLrc/QVUtils.h>
 
@@ -15,7 +16,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr double Speeds[] = {0.25, 0.5, 0.75, 1, 1.25, 1.5, 2};
 constexpr qint64 SeekStep = 5000;
 constexpr qint64 LeastLength = 60'000; // a song that has no times yet can be timed too
 
@@ -49,7 +49,7 @@ ClockBar::ClockBar(Clock &clock, QMenu *menu, QWidget *parent)
     m_speeds->setObjectName(u"clockSpeed"_s);
     m_speeds->setAccessibleName(tr("Speed"));
     m_speeds->setToolTip(tr("How fast the clock runs"));
-    for (const double speed : Speeds)
+    for (const double speed : {0.25, 0.5, 0.75, 1.0, 1.25, 1.5, 2.0})
         m_speeds->addItem(tr("%1×").arg(locale().toString(speed)), speed);
     m_speeds->setCurrentIndex(m_speeds->findData(m_clock.speed()));
     connect(m_speeds, &QComboBox::currentIndexChanged, this,
@@ -62,8 +62,7 @@ ClockBar::ClockBar(Clock &clock, QMenu *menu, QWidget *parent)
 
 void ClockBar::setLength(qint64 milliseconds)
 {
-    constexpr qint64 Longest = 100LL * 3600 * 1000; // some song has a time that no clock will come to
-    m_length = std::clamp(milliseconds + SeekStep, LeastLength, Longest);
+    m_length = std::clamp(milliseconds + SeekStep, LeastLength, SongDocument::LatestTime);
     showTime(m_clock.now());
 }
 

@@ -13,7 +13,6 @@
 
 #include <QApplication>
 #include <QDropEvent>
-#include <QFileInfo>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMimeData>
@@ -61,11 +60,11 @@ EditorWindow::EditorWindow(QWidget *parent)
     addCommands();
 
     connect(&m_document, &SongDocument::changed, this, &EditorWindow::showSong);
-    connect(&m_document, &SongDocument::fileChanged, this, [this] {
+    connect(&m_document, &SongDocument::fileChanged, this, &EditorWindow::showTitle);
+    connect(&m_document, &SongDocument::begun, this, [this] {
         m_clock.setPlaying(false);
         m_clock.seek(0);
         m_table->select(0);
-        showTitle();
     });
     connect(&m_document.undoStack(), &QUndoStack::cleanChanged, this, &EditorWindow::showTitle);
     connect(m_table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
@@ -207,10 +206,12 @@ void EditorWindow::searchOnline()
     const auto load = [window = QPointer(this), song = m_document.number()](const QString &lyric) {
         if (!window || window->m_document.number() != song)
             return;
-        if (lyric.isNull()) {
-            window->say(tr("The lyric could not be downloaded"));
+        if (lyric.isNull() || window->m_files->isAsking()) {
+            window->say(lyric.isNull() ? tr("The lyric could not be downloaded")
+                                       : tr("The lyric came while the song was being saved; search again"));
             return;
         }
+        window->m_table->commitOpenEditor();
         window->m_document.load(lyric);
         window->m_table->select(0);
         window->say(tr("Loaded the lyric; undo brings the song back"));
@@ -224,7 +225,7 @@ void EditorWindow::showSong(qsizetype row, qsizetype removed, qsizetype inserted
     m_preview->setSong(m_document.text());
     m_clockBar->setLength(m_preview->length());
     // What an undo brings back should be seen.
-    if (removed != inserted || m_table->currentRow() < row || m_table->currentRow() >= row + inserted)
+    if (removed != inserted || !m_table->selectionModel()->isRowSelected(int(row)))
         m_table->select(std::min(row, m_document.lines().size() - 1));
     showCurrentLine();
 }
@@ -239,7 +240,7 @@ void EditorWindow::showTitle()
 {
     const QString name = m_document.file().name();
     setWindowFilePath(name);
-    setWindowTitle(u"%1[*]"_s.arg(name.isEmpty() ? tr("New song") : QFileInfo(name).fileName()));
+    setWindowTitle(u"%1[*]"_s.arg(name.isEmpty() ? tr("New song") : m_document.file().shortName()));
     setWindowModified(m_document.isModified());
 }
 
