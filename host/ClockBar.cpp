@@ -10,7 +10,6 @@
 #include <QFontDatabase>
 #include <QLabel>
 #include <QSlider>
-#include <QStyle>
 
 using namespace Qt::StringLiterals;
 
@@ -70,20 +69,16 @@ void ClockBar::addCommands(QMenu *menu)
 {
     QAction *const play = addCommand(menu, "playAction", tr("&Play"), Qt::Key_F5, tr("Run or stop the clock"),
                                      &m_clock, [this] { m_clock.setPlaying(!m_clock.isPlaying()); });
-    const auto showState = [this, play](bool isPlaying) {
-        play->setText(isPlaying ? tr("&Pause") : tr("&Play"));
-        play->setIcon(style()->standardIcon(isPlaying ? QStyle::SP_MediaPause : QStyle::SP_MediaPlay));
-    };
-    connect(&m_clock, &Clock::playingChanged, this, showState);
-    showState(false);
+    connect(&m_clock, &Clock::playingChanged, play,
+            [play](bool isPlaying) { play->setText(isPlaying ? tr("&Pause") : tr("&Play")); });
     QAction *const back = addCommand(menu, "seekBackAction", tr("&Back 5 Seconds"), Qt::Key_F6,
                                      tr("Set the clock 5 seconds back"), &m_clock,
                                      [this] { m_clock.seek(m_clock.now() - SeekStep); });
-    back->setIcon(style()->standardIcon(QStyle::SP_MediaSeekBackward));
     QAction *const forward = addCommand(menu, "seekForwardAction", tr("&Forward 5 Seconds"), Qt::Key_F7,
                                         tr("Set the clock 5 seconds forward"), &m_clock,
                                         [this] { m_clock.seek(m_clock.now() + SeekStep); });
-    forward->setIcon(style()->standardIcon(QStyle::SP_MediaSeekForward));
+    back->setIconText(tr("−5 s")); // the style's icons for these are black in a dark palette too
+    forward->setIconText(tr("+5 s"));
     addActions({play, back, forward});
     menu->addSeparator();
     addCommand(menu, "slowerAction", tr("S&lower"), Qt::SHIFT | Qt::Key_F6, tr("Let the clock run slower"),

@@ -140,7 +140,10 @@ void EditorWindow::addCommands()
     QMenu *const edit = menuBar()->addMenu(tr("&Edit"));
     QUndoStack &stack = m_document.undoStack();
     QAction *const undo = addCommand(edit, "undoAction", tr("&Undo"), Qt::CTRL | Qt::Key_Z,
-                                     tr("Take the last change back"), this, &EditorWindow::undo);
+                                     tr("Take the last change back"), this, [this] {
+                                         m_table->commitOpenEditor(); // so that it can be had again by redo
+                                         m_document.undoStack().undo();
+                                     });
     QAction *const redo = addCommand(edit, "redoAction", tr("&Redo"), Qt::CTRL | Qt::SHIFT | Qt::Key_Z,
                                      tr("Make the change again"), &stack, &QUndoStack::redo);
     undo->setEnabled(false);
@@ -162,7 +165,11 @@ void EditorWindow::addCommands()
                                        tr("Look the song's lyric up, by its title and artist"), this,
                                        &EditorWindow::searchOnline);
     addCommand(song, "markAction", tr("Insert &Maker Mark"), Qt::CTRL | Qt::Key_K,
-               tr("Add the lines that name the maker"), this, &EditorWindow::insertMakerMark);
+               tr("Add the lines that name the maker"), this, [this] {
+                   m_table->commitOpenEditor();
+                   say(m_document.insertMakerMark() ? tr("Inserted the maker mark")
+                                                    : tr("The song has the maker mark"));
+               });
     song->addSeparator();
     QAction *const tags =
         addCommand(song, "tagsAction", tr("&Tags in Preview"), Qt::CTRL | Qt::Key_T,
@@ -185,18 +192,6 @@ void EditorWindow::addCommands()
     bar->addSeparator();
     bar->addAction(search);
     addToolBar(Qt::BottomToolBarArea, m_clockBar);
-}
-
-void EditorWindow::undo()
-{
-    m_table->commitOpenEditor(); // so that it can be had again by redo
-    m_document.undoStack().undo();
-}
-
-void EditorWindow::insertMakerMark()
-{
-    m_table->commitOpenEditor();
-    say(m_document.insertMakerMark() ? tr("Inserted the maker mark") : tr("The song has the maker mark"));
 }
 
 void EditorWindow::searchOnline()
