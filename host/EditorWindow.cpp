@@ -42,7 +42,7 @@ QWidget *titled(QWidget *view, const QString &title, const QString &accessibleNa
 // The one local file that is dragged; empty for anything else.
 QString draggedFile(const QMimeData &data)
 {
-    return data.urls().size() == 1 ? data.urls().first().toLocalFile() : QString();
+    return data.urls().size() == 1 ? data.urls().constFirst().toLocalFile() : QString();
 }
 
 } // namespace

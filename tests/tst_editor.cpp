@@ -530,7 +530,7 @@ private Q_SLOTS:
     void seeksToTheLineThatIsClicked_data()
     {
         QTest::addColumn<QString>("tag");
-        QTest::newRow("no binary fraction") << u"[00:02.01]"_s;
+        QTest::newRow("less than its ms in binary seconds") << u"[01:04.10]"_s;
         QTest::newRow("the latest") << u"[99:59.99]"_s;
     }
     void seeksToTheLineThatIsClicked()
