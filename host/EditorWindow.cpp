@@ -13,7 +13,6 @@
 
 #include <QApplication>
 #include <QDropEvent>
-#include <QFileInfo>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMimeData>
@@ -43,7 +42,7 @@ QWidget *titled(QWidget *view, const QString &title, const QString &accessibleNa
 // The one local file that is dragged; empty for anything else.
 QString draggedFile(const QMimeData &data)
 {
-    return data.urls().size() == 1 ? data.urls().first().toLocalFile() : QString();
+    return data.urls().size() == 1 ? data.urls().constFirst().toLocalFile() : QString();
 }
 
 } // namespace
@@ -61,11 +60,11 @@ EditorWindow::EditorWindow(QWidget *parent)
     addCommands();
 
     connect(&m_document, &SongDocument::changed, this, &EditorWindow::showSong);
-    connect(&m_document, &SongDocument::fileChanged, this, [this] {
+    connect(&m_document, &SongDocument::fileChanged, this, &EditorWindow::showTitle);
+    connect(&m_document, &SongDocument::begun, this, [this] {
         m_clock.setPlaying(false);
         m_clock.seek(0);
         m_table->select(0);
-        showTitle();
     });
     connect(&m_document.undoStack(), &QUndoStack::cleanChanged, this, &EditorWindow::showTitle);
     connect(m_table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
@@ -141,7 +140,10 @@ void EditorWindow::addCommands()
     QMenu *const edit = menuBar()->addMenu(tr("&Edit"));
     QUndoStack &stack = m_document.undoStack();
     QAction *const undo = addCommand(edit, "undoAction", tr("&Undo"), Qt::CTRL | Qt::Key_Z,
-                                     tr("Take the last change back"), this, &EditorWindow::undo);
+                                     tr("Take the last change back"), this, [this] {
+                                         m_table->commitOpenEditor(); // so that it can be had again by redo
+                                         m_document.undoStack().undo();
+                                     });
     QAction *const redo = addCommand(edit, "redoAction", tr("&Redo"), Qt::CTRL | Qt::SHIFT | Qt::Key_Z,
                                      tr("Make the change again"), &stack, &QUndoStack::redo);
     undo->setEnabled(false);
@@ -163,7 +165,11 @@ void EditorWindow::addCommands()
                                        tr("Look the song's lyric up, by its title and artist"), this,
                                        &EditorWindow::searchOnline);
     addCommand(song, "markAction", tr("Insert &Maker Mark"), Qt::CTRL | Qt::Key_K,
-               tr("Add the lines that name the maker"), this, &EditorWindow::insertMakerMark);
+               tr("Add the lines that name the maker"), this, [this] {
+                   m_table->commitOpenEditor();
+                   say(m_document.insertMakerMark() ? tr("Inserted the maker mark")
+                                                    : tr("The song has the maker mark"));
+               });
     song->addSeparator();
     QAction *const tags =
         addCommand(song, "tagsAction", tr("&Tags in Preview"), Qt::CTRL | Qt::Key_T,
@@ -188,18 +194,6 @@ void EditorWindow::addCommands()
     addToolBar(Qt::BottomToolBarArea, m_clockBar);
 }
 
-void EditorWindow::undo()
-{
-    m_table->commitOpenEditor(); // so that it can be had again by redo
-    m_document.undoStack().undo();
-}
-
-void EditorWindow::insertMakerMark()
-{
-    m_table->commitOpenEditor();
-    say(m_document.insertMakerMark() ? tr("Inserted the maker mark") : tr("The song has the maker mark"));
-}
-
 void EditorWindow::searchOnline()
 {
     m_table->commitOpenEditor();
@@ -207,10 +201,12 @@ void EditorWindow::searchOnline()
     const auto load = [window = QPointer(this), song = m_document.number()](const QString &lyric) {
         if (!window || window->m_document.number() != song)
             return;
-        if (lyric.isNull()) {
-            window->say(tr("The lyric could not be downloaded"));
+        if (lyric.isNull() || window->m_files->isAsking()) {
+            window->say(lyric.isNull() ? tr("The lyric could not be downloaded")
+                                       : tr("The lyric came while the song was being saved; search again"));
             return;
         }
+        window->m_table->commitOpenEditor();
         window->m_document.load(lyric);
         window->m_table->select(0);
         window->say(tr("Loaded the lyric; undo brings the song back"));
@@ -224,7 +220,7 @@ void EditorWindow::showSong(qsizetype row, qsizetype removed, qsizetype inserted
     m_preview->setSong(m_document.text());
     m_clockBar->setLength(m_preview->length());
     // What an undo brings back should be seen.
-    if (removed != inserted || m_table->currentRow() < row || m_table->currentRow() >= row + inserted)
+    if (removed != inserted || !m_table->selectionModel()->isRowSelected(int(row)))
         m_table->select(std::min(row, m_document.lines().size() - 1));
     showCurrentLine();
 }
@@ -239,7 +235,7 @@ void EditorWindow::showTitle()
 {
     const QString name = m_document.file().name();
     setWindowFilePath(name);
-    setWindowTitle(u"%1[*]"_s.arg(name.isEmpty() ? tr("New song") : QFileInfo(name).fileName()));
+    setWindowTitle(u"%1[*]"_s.arg(name.isEmpty() ? tr("New song") : m_document.file().shortName()));
     setWindowModified(m_document.isModified());
 }
 

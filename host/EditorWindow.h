@@ -40,8 +40,6 @@ protected:
 private:
     QWidget *makePanes();
     void addCommands();
-    void undo();
-    void insertMakerMark();
     void searchOnline();
 
     void showSong(qsizetype row, qsizetype removed, qsizetype inserted);

@@ -19,7 +19,8 @@ LineMenu::LineMenu(SongDocument &document, LineTable &table, const Clock &clock,
                          auto slot) {
         QAction *const action = addCommand(this, name, text, keys, tip, this, slot);
         action->setEnabled(false);
-        connect(&table, &LineTable::linesSelected, action, &QAction::setEnabled);
+        connect(table.selectionModel(), &QItemSelectionModel::selectionChanged, action,
+                [&table, action] { action->setEnabled(table.selectionModel()->hasSelection()); });
         return action;
     };
     QAction *const insert = addCommand(this, "insertAction", tr("&Insert Line"), Qt::Key_Insert,
@@ -89,5 +90,6 @@ void LineMenu::moveByAmount()
 void LineMenu::moveLines(qint64 milliseconds)
 {
     m_table.commitOpenEditor();
-    m_document.moveLines(m_table.selectedRows(), milliseconds);
+    if (!m_document.moveLines(m_table.selectedRows(), milliseconds))
+        Q_EMIT message(tr("No time tag can say more than 99:59.99"));
 }

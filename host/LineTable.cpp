@@ -1,19 +1,41 @@
 // SPDX-License-Identifier: MIT
 #include "LineTable.h"
 
-#include "LineDelegate.h"
 #include "LineTableModel.h"
 
+#include <QComboBox>
 #include <QHeaderView>
+#include <QStyledItemDelegate>
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+// Edits the kind in a list of the usual ones, which takes other keys too.
+class KindDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &, const QModelIndex &) const override
+    {
+        auto *const kinds = new QComboBox(parent);
+        kinds->setEditable(true);
+        kinds->setInsertPolicy(QComboBox::NoInsert);
+        kinds->addItem(LineTableModel::lyricKind());
+        kinds->addItems({u"ti"_s, u"ar"_s, u"al"_s, u"au"_s, u"by"_s, u"la"_s, u"re"_s, u"ve"_s});
+        kinds->setAccessibleName(LineTable::tr("Kind"));
+        return kinds;
+    }
+};
+
+} // namespace
+
 LineTable::LineTable(LineTableModel &model, QWidget *parent)
     : QTableView(parent)
-    , m_delegate(new LineDelegate(this))
 {
     setModel(&model);
-    setItemDelegate(m_delegate);
+    setItemDelegateForColumn(LineTableModel::Kind, new KindDelegate(this));
     setSelectionBehavior(SelectRows);
     setAlternatingRowColors(true);
     setShowGrid(false);
@@ -27,8 +49,6 @@ LineTable::LineTable(LineTableModel &model, QWidget *parent)
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     setColumnWidth(LineTableModel::Times, metrics.horizontalAdvance(u"[00:00.00]"_s) * 10 / 3);
     setColumnWidth(LineTableModel::Kind, metrics.horizontalAdvance(u"Property ti"_s) * 3 / 2);
-    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            [this] { Q_EMIT linesSelected(selectionModel()->hasSelection()); });
 }
 
 SongDocument::Rows LineTable::selectedRows() const
@@ -55,5 +75,6 @@ void LineTable::editText(qsizetype row)
 
 void LineTable::commitOpenEditor()
 {
-    m_delegate->commitOpenEditor();
+    if (state() == EditingState)
+        setFocus(); // which the cell then loses
 }

@@ -5,7 +5,6 @@
 
 #include <QTableView>
 
-class LineDelegate;
 class LineTableModel;
 
 /// The table of a song's lines, of which whole lines are selected.
@@ -24,13 +23,7 @@ public:
     void select(qsizetype row);
     void editText(qsizetype row);
 
-    /// Makes what is being typed into a cell an edit, as leaving the cell would. An edit of the same line would
-    /// show the cell anew, and what was typed would be lost.
+    /// Makes what is being typed into a cell an edit. Another edit of the line would show the cell anew, and what
+    /// was typed would be lost.
     void commitOpenEditor();
-
-Q_SIGNALS:
-    void linesSelected(bool areAny);
-
-private:
-    LineDelegate *m_delegate;
 };

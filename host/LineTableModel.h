@@ -15,6 +15,9 @@ public:
 
     explicit LineTableModel(SongDocument &document, QObject *parent = nullptr);
 
+    /// What the kind of a line that is no property is called; that of a property is its key.
+    static QString lyricKind() { return tr("Lyric"); }
+
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;

@@ -99,16 +99,8 @@ bool SongDocument::open(const QString &name)
     return text() == read || text() == read + u'\n';
 }
 
-void SongDocument::save()
+void SongDocument::save(SongFile file)
 {
-    m_file.write(text());
-    m_undoStack.setClean();
-}
-
-void SongDocument::saveAs(const QString &name)
-{
-    SongFile file = m_file;
-    file.setName(name);
     file.write(text());
     m_file = file;
     m_undoStack.setClean();
@@ -130,6 +122,7 @@ void SongDocument::begin(const SongFile &file, const QString &text)
     song.buildWithLrcText(text);
     splice(0, lines().size(), *song.aryLines());
     Q_EMIT fileChanged();
+    Q_EMIT begun();
 }
 
 bool SongDocument::setTimes(qsizetype row, const QString &typed)
@@ -191,13 +184,21 @@ void SongDocument::deleteLines(const Rows &rows)
          [&](QVEditSong &draft) { draft.deleteLineAtIndexs(rows); });
 }
 
-void SongDocument::moveLines(const Rows &rows, qint64 milliseconds)
+bool SongDocument::moveLines(const Rows &rows, qint64 milliseconds)
 {
+    const bool isTooFar = std::any_of(rows.cbegin(), rows.cend(), [&](quint64 row) {
+        const auto times = lines()[qsizetype(row)]->aryTimes();
+        return std::any_of(times->cbegin(), times->cend(),
+                           [&](qint64 time) { return time > LatestTime - milliseconds; });
+    });
+    if (isTooFar)
+        return false;
     const auto change = [&](QVEditSong &draft) {
         for (const quint64 row : rows)
             ownLine(draft, qsizetype(row)).shiftAllTime(milliseconds);
     };
     edit(tr("Move %n Line(s)", nullptr, int(rows.size())), change, Move);
+    return true;
 }
 
 bool SongDocument::stamp(qsizetype row, qint64 milliseconds)

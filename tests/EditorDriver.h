@@ -114,7 +114,7 @@ inline void inDialogs(const std::function<void()> &act, QList<DialogStep> steps)
     QTimer poll;
     QElapsedTimer sinceStep;
     sinceStep.start();
-    bool wasExpected = true;
+    QString unexpected;
     QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
         QWidget *const dialog = QApplication::activeModalWidget();
         if (!dialog || !dialog->isVisible())
@@ -123,7 +123,7 @@ inline void inDialogs(const std::function<void()> &act, QList<DialogStep> steps)
         if (isSeen && !sinceStep.hasExpired(10'000))
             return; // its step is under way
         if (isSeen || steps.isEmpty()) {
-            wasExpected = false;
+            unexpected = QStringLiteral("nobody expects this dialog, or it stays: ") + dialog->windowTitle();
             dialog->close();
             return;
         }
@@ -135,7 +135,7 @@ inline void inDialogs(const std::function<void()> &act, QList<DialogStep> steps)
     poll.start(10);
     act();
     poll.stop();
-    QVERIFY2(wasExpected, "a dialog that nobody expects, or one that stays");
+    QVERIFY2(unexpected.isNull(), qPrintable(unexpected));
     QVERIFY2(steps.isEmpty(), "a dialog did not come");
 }
 
@@ -152,14 +152,14 @@ inline DialogStep press(const QString &text)
     };
 }
 
-/// Types a name into a file dialog, or an amount into the dialog that asks for one, and presses the button that
+/// Puts a name into a file dialog, or an amount into the dialog that asks for one, and presses the button that
 /// takes it.
 inline DialogStep enter(const QString &typed)
 {
     return [typed](QWidget *dialog) {
         auto *const line = dialog->findChild<QLineEdit *>();
-        QTest::keyClick(line, Qt::Key_A, Qt::ControlModifier);
-        QTest::keyClicks(line, typed);
+        line->selectAll();
+        line->insert(typed); // at once: a file dialog completes what is typed, when it gets to it
         for (auto *const button : dialog->findChild<QDialogButtonBox *>()->buttons()) {
             if (auto *const push = qobject_cast<QPushButton *>(button); push && push->isDefault())
                 return QTest::mouseClick(push, Qt::LeftButton);

@@ -164,6 +164,16 @@ private Q_SLOTS:
             },
             u"[ti:Song]\n[ar:A]\n[00:01.09]one\n[00:02.00][00:09.00]two\nthree\n"_s);
         row(
+            "nudge twice what is selected, of which the current line is no part",
+            [](auto &e) {
+                e.select(2, 4);
+                const QRect cell = e.table->visualRect(e.table->model()->index(4, 2));
+                QTest::mouseClick(e.table->viewport(), Qt::LeftButton, Qt::ControlModifier, cell.center());
+                e.key(Qt::Key_Right, Qt::AltModifier);
+                e.key(Qt::Key_Right, Qt::AltModifier);
+            },
+            u"[ti:Song]\n[ar:A]\n[00:01.02]one\n[00:02.02][00:09.02]two\nthree\n"_s);
+        row(
             "stamp two lines",
             [](auto &e) {
                 e.window->template findChild<QSlider *>(u"clockSlider"_s)->setValue(7500);
@@ -375,6 +385,12 @@ private Q_SLOTS:
         inDialogs(close, {press(u"Save"_s)});
         QVERIFY(!editor.window->isVisible());
         QCOMPARE(bytesOf(name), changed.toUtf8());
+
+        // What was saved, but is there no more.
+        editor.window->show();
+        QVERIFY(QFile::remove(name));
+        inDialogs(close, {press(u"Save"_s)});
+        QCOMPARE(bytesOf(name), changed.toUtf8());
     }
 
     void warnsOfAFileThatChangedOnDisk()
@@ -466,6 +482,10 @@ private Q_SLOTS:
             QVERIFY2(editor.message().contains(typed), qPrintable(typed));
             QCOMPARE(editor.text(), Song);
         }
+        editor.select(2); // a tag has two digits for the minutes
+        inDialogs([&] { editor.key(Qt::Key_M, Qt::ControlModifier); }, {enter(u"5999000"_s)});
+        QVERIFY(editor.message().contains(u"99:59.99"_s));
+        QCOMPARE(editor.text(), Song);
         editor.select(0); // a property has no time
         editor.key(Qt::Key_F8);
         QVERIFY(!editor.window->isWindowModified());
@@ -504,6 +524,26 @@ private Q_SLOTS:
         editor.key(Qt::Key_F8);
         QCOMPARE(editor.highlighted("text"), u"[00:01.00]three"_s);
         discard(editor);
+    }
+
+    // Whatever its time is in seconds, and however late.
+    void seeksToTheLineThatIsClicked_data()
+    {
+        QTest::addColumn<QString>("tag");
+        QTest::newRow("less than its ms in binary seconds") << u"[01:04.10]"_s;
+        QTest::newRow("the latest") << u"[99:59.99]"_s;
+    }
+    void seeksToTheLineThatIsClicked()
+    {
+        QFETCH(const QString, tag);
+        EditorDriver editor(file(u"song.lrc"_s, "[00:01.00]a\n" + tag.toUtf8() + "b\n"));
+        auto *const preview = editor.view("preview");
+        QTest::mouseClick(preview->viewport(), Qt::LeftButton, {},
+                          preview->visualRect(preview->model()->index(1, 0)).center());
+        editor.key(Qt::Key_T, Qt::ControlModifier); // which highlights anew, by the clock
+        QCOMPARE(editor.highlighted("preview"), u"b"_s);
+        editor.key(Qt::Key_F7);
+        QCOMPARE(editor.highlighted("preview"), u"b"_s);
     }
 
     void runsAtItsSpeed()
