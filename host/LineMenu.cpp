@@ -61,7 +61,7 @@ void LineMenu::deleteLines()
         return;
     m_document.deleteLines(rows);
     m_table.select(std::min(qsizetype(*rows.begin()), m_document.lines().size() - 1));
-    Q_EMIT message(tr("Deleted %n line(s)", nullptr, int(rows.size())));
+    Q_EMIT message(rows.size() == 1 ? tr("Deleted a line") : tr("Deleted %1 lines").arg(rows.size()));
 }
 
 void LineMenu::stamp()
@@ -80,8 +80,7 @@ void LineMenu::moveByAmount()
 {
     bool isChosen = false;
     const int milliseconds = QInputDialog::getInt(
-        parentWidget(), tr("Move Lines"),
-        tr("Move %n line(s) by so many milliseconds:", nullptr, int(m_table.selectedRows().size())), 0,
+        parentWidget(), tr("Move Lines"), tr("Move the selected lines by so many milliseconds:"), 0,
         std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), 10, &isChosen);
     if (isChosen)
         moveLines(milliseconds);

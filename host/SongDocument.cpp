@@ -180,8 +180,7 @@ void SongDocument::insertLine(qsizetype row)
 
 void SongDocument::deleteLines(const Rows &rows)
 {
-    edit(tr("Delete %n Line(s)", nullptr, int(rows.size())),
-         [&](QVEditSong &draft) { draft.deleteLineAtIndexs(rows); });
+    edit(tr("Delete Lines"), [&](QVEditSong &draft) { draft.deleteLineAtIndexs(rows); });
 }
 
 bool SongDocument::moveLines(const Rows &rows, qint64 milliseconds)
@@ -197,7 +196,7 @@ bool SongDocument::moveLines(const Rows &rows, qint64 milliseconds)
         for (const quint64 row : rows)
             ownLine(draft, qsizetype(row)).shiftAllTime(milliseconds);
     };
-    edit(tr("Move %n Line(s)", nullptr, int(rows.size())), change, Move);
+    edit(tr("Move Lines"), change, Move);
     return true;
 }
 
