@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+using namespace QVSongLrcPrivate;
+
 namespace Floor {
 
 Document build(const QString &text)

@@ -4,6 +4,8 @@
 #include <QHelpEvent>
 #include <QToolTip>
 
+namespace QVSongLrcPrivate {
+
 bool LyricCellDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view,
                                   const QStyleOptionViewItem &option, const QModelIndex &index)
 {
@@ -20,3 +22,5 @@ void LyricCellDelegate::initStyleOption(QStyleOptionViewItem *option, const QMod
     if (!option->text.isEmpty())
         option->direction = option->text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight;
 }
+
+} // namespace QVSongLrcPrivate

@@ -3,6 +3,8 @@
 
 #include <QStyledItemDelegate>
 
+namespace QVSongLrcPrivate {
+
 /// Shows each text in its own direction, and its tooltip where the cell is too narrow for it.
 class LyricCellDelegate final : public QStyledItemDelegate
 {
@@ -17,3 +19,5 @@ public:
 protected:
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
 };
+
+} // namespace QVSongLrcPrivate

@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <vector>
 
+namespace QVSongLrcPrivate {
+
 namespace {
 
 /// In UTF-16 code units; more than fits any cell, and little enough to be laid out in no time.
@@ -46,8 +48,8 @@ QVariant LyricResultsModel::data(const QModelIndex &index, int role) const
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
         return {};
     switch (role) {
-    case Qt::DisplayRole:
-        return text(index.row(), index.column()).left(LongestShown);
+    case Qt::DisplayRole: // in one line
+        return text(index.row(), index.column()).left(LongestShown).replace(u'\n', u' ');
     case Qt::ToolTipRole: // escaped, since a service's text is no markup, and a paragraph, so that it wraps
         return QLatin1StringView("<p>%1</p>")
             .arg(text(index.row(), index.column()).left(LongestShown).toHtmlEscaped());
@@ -90,3 +92,5 @@ void LyricResultsModel::sort(int column, Qt::SortOrder order)
     m_results = sorted;
     Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1));
 }
+
+} // namespace QVSongLrcPrivate

@@ -5,6 +5,8 @@
 #include <QJsonObject>
 #include <QList>
 
+namespace QVSongLrcPrivate {
+
 /// The candidates of a search as a table of titles and artists. A row is the candidate's place in the list.
 class LyricResultsModel final : public QAbstractTableModel
 {
@@ -34,3 +36,5 @@ private:
 
     QList<QJsonObject> m_results;
 };
+
+} // namespace QVSongLrcPrivate

@@ -2,7 +2,6 @@
 #include <QVSongLrc/QVLyricSearchWndCtl.h>
 
 #include "../lookup/SafeModel.h"
-#include "LyricCellDelegate.h"
 #include "LyricResultsModel.h"
 #include "Translations.h"
 #include "ui_QVLyricSearchWndCtl.h"
@@ -10,7 +9,6 @@
 #include <QVSongLrc/QVSongLrcConstants.h>
 #include <QVSongLrc/ZTLyricRequestModel.h>
 
-#include <QAccessible>
 #include <QApplication>
 #include <QDialog>
 #include <QEventLoop>
@@ -20,6 +18,8 @@
 #include <chrono>
 #include <limits>
 #include <optional>
+
+using namespace QVSongLrcPrivate;
 
 namespace {
 
@@ -34,7 +34,7 @@ QObject *applicationEnd()
         end = new QObject;
         qAddPostRoutine([] { delete end; });
     }
-    return end;
+    return end.data();
 }
 
 bool isHeldEnter(const QEvent *event)
@@ -51,7 +51,7 @@ std::shared_ptr<QVLyricSearchWndCtl> QVLyricSearchWndCtl::popUp(const QString &t
                                                                 CompletionCallback completion,
                                                                 QWidget *parent)
 {
-    const std::shared_ptr<QVLyricSearchWndCtl> controller(new QVLyricSearchWndCtl(parent));
+    std::shared_ptr<QVLyricSearchWndCtl> controller(new QVLyricSearchWndCtl(parent));
     controller->setCompletionCB(std::move(completion));
     controller->windowDidLoad();
     controller->setTrack(track, artist);
@@ -88,8 +88,6 @@ bool QVLyricSearchWndCtl::eventFilter(QObject *watched, QEvent *event)
         return true;
     if (event->type() == QEvent::Hide && watched == m_window && !event->spontaneous())
         windowWillClose();
-    else if (event->type() == QEvent::Resize && watched == m_ui->tableView->viewport())
-        fitColumns(static_cast<QResizeEvent *>(event)->oldSize().width());
     return QObject::eventFilter(watched, event);
 }
 
@@ -99,20 +97,10 @@ void QVLyricSearchWndCtl::windowDidLoad()
     policy.setRetainSizeWhenHidden(true);
     m_ui->loadingIndicater->setSizePolicy(policy);
 
-    QTableView *const table = m_ui->tableView;
-    table->setModel(m_results.get());
-    table->setItemDelegate(new LyricCellDelegate(table));
-    table->verticalHeader()->setDefaultSectionSize(table->verticalHeader()->minimumSectionSize());
-    table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    // New results come in the service's order.
-    const auto showNoOrder = [table] { table->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder); };
-    showNoOrder();
-    table->setSortingEnabled(true);
-    connect(m_results.get(), &LyricResultsModel::modelReset, table, showNoOrder);
+    m_ui->tableView->setModel(m_results.get());
 
     m_window->installEventFilter(this);
     m_ui->btnDownload->installEventFilter(this);
-    table->viewport()->installEventFilter(this);
     // So that Enter searches in the names and downloads in the table, and people see which.
     connect(qApp, &QApplication::focusChanged, m_window, [ui = m_ui.get()](QWidget *, QWidget *now) {
         if (now == ui->lblTrackName || now == ui->lblArtistName)
@@ -120,7 +108,7 @@ void QVLyricSearchWndCtl::windowDidLoad()
         else if (now == ui->tableView)
             ui->btnDownload->setDefault(true);
     });
-    connect(table, &QTableView::doubleClicked, this, &QVLyricSearchWndCtl::tableDoubleClick);
+    connect(m_ui->tableView, &QTableView::doubleClicked, this, &QVLyricSearchWndCtl::tableDoubleClick);
     connect(m_ui->lblTrackName, &QLineEdit::textChanged, this, &QVLyricSearchWndCtl::controlTextDidChange);
     connect(m_ui->lblArtistName, &QLineEdit::textChanged, this, &QVLyricSearchWndCtl::controlTextDidChange);
     connect(m_ui->btnSearch, &QPushButton::clicked, this, &QVLyricSearchWndCtl::searchClick);
@@ -128,20 +116,10 @@ void QVLyricSearchWndCtl::windowDidLoad()
     connect(m_ui->btnCancel, &QPushButton::clicked, this, &QVLyricSearchWndCtl::cancelClick);
 }
 
-/// Keeps the columns' shares of the table's width, which was \p oldWidth, also where the user has set them.
-void QVLyricSearchWndCtl::fitColumns(int oldWidth)
-{
-    QHeaderView *const header = m_ui->tableView->horizontalHeader();
-    const int width = m_ui->tableView->viewport()->width();
-    const double share =
-        oldWidth > 0 ? double(header->sectionSize(LyricResultsModel::TrackColumn)) / oldWidth : 0.6;
-    header->resizeSection(LyricResultsModel::TrackColumn, qRound(share * width));
-}
-
 void QVLyricSearchWndCtl::runModal()
 {
     QEventLoop run;
-    m_modalRun = &run;
+    m_modalRun = &run; // cppcheck-suppress danglingLifetime ; it is a QPointer
     m_window->show();
     run.exec(QEventLoop::DialogExec);
     closeWindow(); // which is still open when the application has been told to end
@@ -177,11 +155,8 @@ void QVLyricSearchWndCtl::refreshBtnsState()
 
 void QVLyricSearchWndCtl::setSearchState(const QString &text)
 {
-    if (!m_window || m_ui->lblSearchState->text() == text)
-        return;
-    m_ui->lblSearchState->setText(text);
-    QAccessibleEvent alert(m_ui->lblSearchState, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+    if (m_window)
+        m_ui->lblSearchState->say(text);
 }
 
 /// The names as they stand in the fields.
@@ -218,7 +193,7 @@ void QVLyricSearchWndCtl::selectRow(qint64 row)
     QTimer::singleShot(Delay, this, [self = shared_from_this(), row] {
         if (!self->m_window)
             return;
-        QTableView *const table = self->m_ui->tableView;
+        LyricResultsTable *const table = self->m_ui->tableView;
         if (row >= 0 && row < self->m_results->rowCount()) {
             table->scrollTo(self->m_results->index(int(row), 0));
             table->selectRow(int(row));
@@ -227,15 +202,9 @@ void QVLyricSearchWndCtl::selectRow(qint64 row)
     });
 }
 
-qint64 QVLyricSearchWndCtl::selectedRow() const
-{
-    const QModelIndexList rows = m_ui->tableView->selectionModel()->selectedRows();
-    return rows.isEmpty() ? -1 : rows.first().row();
-}
-
 void QVLyricSearchWndCtl::downloadClick()
 {
-    const qint64 row = selectedRow();
+    const qint64 row = m_ui->tableView->selectedRow();
     const QList<QJsonObject> results = m_results->results();
     if (row < 0 || row >= results.size())
         return;
@@ -264,7 +233,7 @@ void QVLyricSearchWndCtl::requestDetail(const QString &link)
 void QVLyricSearchWndCtl::tableDoubleClick()
 {
     // Lets every row through, since no selection is -1 here; downloadClick() tells the rows that there are.
-    if (selectedRow() != NotFound)
+    if (m_ui->tableView->selectedRow() != NotFound)
         downloadClick();
 }
 

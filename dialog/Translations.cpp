@@ -3,15 +3,35 @@
 
 #include <QCoreApplication>
 #include <QLocale>
-#include <QPointer>
 #include <QTranslator>
 
 using namespace Qt::StringLiterals;
 
+// The files in a static library are there once they are asked for. Outside any namespace, as the macro wants it.
+static void addFiles()
+{
+    Q_INIT_RESOURCE(qvsonglrc_translations);
+}
+
 namespace {
 
-QPointer<QTranslator> theTranslator;
-QStringList followed; // the languages when the texts were loaded
+/// Goes with the application object.
+class Texts final : public QTranslator
+{
+public:
+    explicit Texts(QObject *application)
+        : QTranslator(application)
+    {
+        followUsersLanguage();
+    }
+
+    void followUsersLanguage();
+
+private:
+    QStringList m_followed; // the languages when the texts were loaded
+};
+
+Texts *theTexts = nullptr;
 
 /// What the files of a language are named after.
 QString codeOf(const QLocale &locale)
@@ -21,33 +41,37 @@ QString codeOf(const QLocale &locale)
     return QLocale::languageToCode(locale.language());
 }
 
-void load()
+void Texts::followUsersLanguage()
 {
-    followed = QLocale().uiLanguages();
-    for (const QString &language : std::as_const(followed)) {
+    const QStringList languages = QLocale().uiLanguages();
+    if (m_followed == languages)
+        return;
+    m_followed = languages;
+    for (const QString &language : languages) {
         const QLocale locale(language);
         // The texts are in English already; who prefers it must not get the next language.
         if (locale.language() == QLocale::English)
             break;
-        if (theTranslator->load(u"qvsonglrc_"_s + codeOf(locale), u":/QVSongLrc/i18n"_s))
+        if (load(u"qvsonglrc_"_s + codeOf(locale), u":/QVSongLrc/i18n"_s))
             return;
     }
-    [[maybe_unused]] const bool isLoaded = theTranslator->load(QString()); // empties it
+    [[maybe_unused]] const bool isLoaded = load(QString()); // empties it
 }
 
 void install()
 {
-    theTranslator = new QTranslator(QCoreApplication::instance());
-    load();
-    QCoreApplication::installTranslator(theTranslator);
+    addFiles();
+    theTexts = new Texts(QCoreApplication::instance());
+    QObject::connect(theTexts, &QObject::destroyed, [] { theTexts = nullptr; });
+    QCoreApplication::installTranslator(theTexts);
 }
 
 } // namespace
 
 Q_COREAPP_STARTUP_FUNCTION(install)
 
-void Translations::followUsersLanguage()
+void QVSongLrcPrivate::Translations::followUsersLanguage()
 {
-    if (theTranslator && followed != QLocale().uiLanguages())
-        load();
+    if (theTexts)
+        theTexts->followUsersLanguage();
 }

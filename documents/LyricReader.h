@@ -5,6 +5,8 @@
 
 #include <QStringView>
 
+namespace QVSongLrcPrivate {
+
 /// Reads LRC text line by line, the same way for every document: \p onProperty is called with the
 /// TagScanner::Property of each line that holds a property tag, \p onLyric with each raw line that holds
 /// none, in the order of the text. Only a line feed ends a line, and empty lines are left out.
@@ -30,3 +32,5 @@ void readLyric(QStringView text, OnProperty onProperty, OnLyric onLyric)
         onLyric(rawLine);
     }
 }
+
+} // namespace QVSongLrcPrivate

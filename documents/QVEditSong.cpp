@@ -14,6 +14,8 @@
 #include <iterator>
 #include <stdexcept>
 
+using namespace QVSongLrcPrivate;
+
 namespace {
 
 constexpr QStringView MakerName = u"Quendle";

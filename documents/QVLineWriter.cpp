@@ -5,6 +5,7 @@
 
 #include <limits>
 
+namespace QVSongLrcPrivate {
 namespace {
 
 // Visits the lines that are there. They lie all over the heap, and in play order not even ascending, so a
@@ -110,3 +111,5 @@ QString QVLineWriter::writeLineTexts(const QVSongLineList &lines)
         return writeText(at, shownText(line.m_textView));
     });
 }
+
+} // namespace QVSongLrcPrivate

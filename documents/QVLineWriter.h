@@ -3,6 +3,8 @@
 
 #include <QVSongLrc/QVSongLine.h>
 
+namespace QVSongLrcPrivate {
+
 /// Writes the lines of a document as one text, a line feed after each, and sets every line's range to its
 /// place there, but for gatherTexts(). The text is measured first and then written once. Absent lines in a
 /// list of the host's write nothing.
@@ -31,3 +33,5 @@ private:
     template <typename WriteLine>
     static QString write(const QVSongLineList &lines, qsizetype total, WriteLine writeLine);
 };
+
+} // namespace QVSongLrcPrivate

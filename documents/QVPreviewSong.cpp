@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <vector>
 
+using namespace QVSongLrcPrivate;
+
 namespace {
 
 // By play time, which beyond 2^53 ms is coarser than the time, and stable. What is sorted are small keys: the

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Clock.h"
 
+#include "SongDocument.h"
+
 #include <algorithm>
 
 Clock::Clock(QObject *parent)
@@ -12,7 +14,8 @@ Clock::Clock(QObject *parent)
 
 qint64 Clock::now() const
 {
-    return isPlaying() ? m_start + qint64(double(m_elapsed.elapsed()) * m_speed) : m_start;
+    const qint64 passed = isPlaying() ? qint64(double(m_elapsed.elapsed()) * m_speed) : 0;
+    return std::min(m_start + passed, SongDocument::LatestTime);
 }
 
 void Clock::setPlaying(bool isPlaying)
@@ -24,23 +27,20 @@ void Clock::setPlaying(bool isPlaying)
     Q_EMIT playingChanged(isPlaying);
 }
 
-void Clock::seek(qint64 milliseconds)
+void Clock::seek(qint64 time)
 {
-    startFrom(std::max<qint64>(milliseconds, 0));
+    startFrom(std::clamp<qint64>(time, 0, SongDocument::LatestTime));
     Q_EMIT moved(now());
 }
 
 void Clock::setSpeed(double speed)
 {
-    if (speed == m_speed)
-        return;
     startFrom(now());
     m_speed = speed;
-    Q_EMIT speedChanged(speed);
 }
 
-void Clock::startFrom(qint64 milliseconds)
+void Clock::startFrom(qint64 time)
 {
-    m_start = milliseconds;
+    m_start = time;
     m_elapsed.start();
 }

@@ -6,7 +6,7 @@
 #include <QTimer>
 
 /// The song's clock: runs, stops and is set like a player, but plays nothing. Times are ms from the start of
-/// the song, and there is no end.
+/// the song, 0 to SongDocument::LatestTime.
 class Clock : public QObject
 {
     Q_OBJECT
@@ -19,7 +19,7 @@ public:
     double speed() const { return m_speed; }
 
     void setPlaying(bool isPlaying);
-    void seek(qint64 milliseconds); ///< what lies below 0 counts as 0
+    void seek(qint64 time); ///< to the nearest time that the clock has
 
     /// So many ms of song pass in one; above 0.
     void setSpeed(double speed);
@@ -27,10 +27,9 @@ public:
 Q_SIGNALS:
     void moved(qint64 now); ///< often while the clock runs, and when it is set
     void playingChanged(bool isPlaying);
-    void speedChanged(double speed);
 
 private:
-    void startFrom(qint64 milliseconds);
+    void startFrom(qint64 time);
 
     QTimer m_timer;
     QElapsedTimer m_elapsed; // since the clock stood at m_start

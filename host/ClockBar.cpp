@@ -2,6 +2,7 @@
 #include "ClockBar.h"
 
 #include "Command.h"
+#include "SongDocument.h"
 
 #include <QVSongLrc/QVUtils.h>
 
@@ -9,13 +10,11 @@
 #include <QFontDatabase>
 #include <QLabel>
 #include <QSlider>
-#include <QStyle>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr double Speeds[] = {0.25, 0.5, 0.75, 1, 1.25, 1.5, 2};
 constexpr qint64 SeekStep = 5000;
 constexpr qint64 LeastLength = 60'000; // a song that has no times yet can be timed too
 
@@ -49,7 +48,7 @@ ClockBar::ClockBar(Clock &clock, QMenu *menu, QWidget *parent)
     m_speeds->setObjectName(u"clockSpeed"_s);
     m_speeds->setAccessibleName(tr("Speed"));
     m_speeds->setToolTip(tr("How fast the clock runs"));
-    for (const double speed : Speeds)
+    for (const double speed : {0.25, 0.5, 0.75, 1.0, 1.25, 1.5, 2.0})
         m_speeds->addItem(tr("%1×").arg(locale().toString(speed)), speed);
     m_speeds->setCurrentIndex(m_speeds->findData(m_clock.speed()));
     connect(m_speeds, &QComboBox::currentIndexChanged, this,
@@ -62,8 +61,7 @@ ClockBar::ClockBar(Clock &clock, QMenu *menu, QWidget *parent)
 
 void ClockBar::setLength(qint64 milliseconds)
 {
-    constexpr qint64 Longest = 100LL * 3600 * 1000; // some song has a time that no clock will come to
-    m_length = std::clamp(milliseconds + SeekStep, LeastLength, Longest);
+    m_length = std::clamp(milliseconds + SeekStep, LeastLength, SongDocument::LatestTime);
     showTime(m_clock.now());
 }
 
@@ -71,20 +69,16 @@ void ClockBar::addCommands(QMenu *menu)
 {
     QAction *const play = addCommand(menu, "playAction", tr("&Play"), Qt::Key_F5, tr("Run or stop the clock"),
                                      &m_clock, [this] { m_clock.setPlaying(!m_clock.isPlaying()); });
-    const auto showState = [this, play](bool isPlaying) {
-        play->setText(isPlaying ? tr("&Pause") : tr("&Play"));
-        play->setIcon(style()->standardIcon(isPlaying ? QStyle::SP_MediaPause : QStyle::SP_MediaPlay));
-    };
-    connect(&m_clock, &Clock::playingChanged, this, showState);
-    showState(false);
+    connect(&m_clock, &Clock::playingChanged, play,
+            [play](bool isPlaying) { play->setText(isPlaying ? tr("&Pause") : tr("&Play")); });
     QAction *const back = addCommand(menu, "seekBackAction", tr("&Back 5 Seconds"), Qt::Key_F6,
                                      tr("Set the clock 5 seconds back"), &m_clock,
                                      [this] { m_clock.seek(m_clock.now() - SeekStep); });
-    back->setIcon(style()->standardIcon(QStyle::SP_MediaSeekBackward));
     QAction *const forward = addCommand(menu, "seekForwardAction", tr("&Forward 5 Seconds"), Qt::Key_F7,
                                         tr("Set the clock 5 seconds forward"), &m_clock,
                                         [this] { m_clock.seek(m_clock.now() + SeekStep); });
-    forward->setIcon(style()->standardIcon(QStyle::SP_MediaSeekForward));
+    back->setIconText(tr("−5 s")); // the style's icons for these are black in a dark palette too
+    forward->setIconText(tr("+5 s"));
     addActions({play, back, forward});
     menu->addSeparator();
     addCommand(menu, "slowerAction", tr("S&lower"), Qt::SHIFT | Qt::Key_F6, tr("Let the clock run slower"),

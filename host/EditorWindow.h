@@ -9,13 +9,12 @@
 
 class ClockBar;
 class FileMenu;
-class LineDelegate;
+class LineTable;
 class LineTableModel;
 class LyricView;
 class PreviewPane;
 class QLabel;
 class QSplitter;
-class QTableView;
 
 /// A window with a song in it: the table of its lines, its text, its preview, and the clock to time it by.
 class EditorWindow : public QMainWindow
@@ -41,22 +40,11 @@ protected:
 private:
     QWidget *makePanes();
     void addCommands();
-    void addLineCommands();
-    void insertLine();
-    void moveByAmount();
-    void moveLines(qint64 milliseconds);
-    void deleteLines();
-    void stamp();
-    void seekToLine();
-    void insertMakerMark();
     void searchOnline();
 
     void showSong(qsizetype row, qsizetype removed, qsizetype inserted);
     void showCurrentLine();
     void showTitle();
-    void select(qsizetype row);
-    qsizetype currentRow() const;
-    SongDocument::Rows selectedRows() const;
     void say(const QString &text);
 
     SongDocument m_document;
@@ -65,8 +53,7 @@ private:
     LineTableModel *m_model;
     FileMenu *m_files;
     ClockBar *m_clockBar;
-    QTableView *m_table;
-    LineDelegate *m_delegate;
+    LineTable *m_table;
     LyricView *m_text;
     PreviewPane *m_preview;
     QSplitter *m_panes;

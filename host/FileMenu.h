@@ -4,6 +4,7 @@
 #include "SongDocument.h"
 
 #include <QMenu>
+#include <QMessageBox>
 
 /// Opening and saving, with all that is asked of the user on the way so that no lyric is lost.
 class FileMenu : public QMenu
@@ -19,14 +20,14 @@ public:
     /// Whether the song may be given up: it is saved, or the user has said so.
     bool mayGiveUp();
 
-    /// Where the user finds the song again that lay in the folder last.
-    void newSong();
-    void chooseFile();
-    bool save();
-    bool saveAs();
+    /// Whether the user is being asked about the song, which must not change under the question.
+    bool isAsking() const { return m_isAsking; }
 
-    /// Tells of a file that was changed by somebody else and offers to read it again; once for each change.
+    /// Tells of a file that somebody else has changed, unless the user knows, and offers to read it again.
     void checkDisk();
+
+    /// Those for a tool bar.
+    QList<QAction *> mainActions() const { return m_mainActions; }
 
 Q_SIGNALS:
     /// What is typed into a cell must become an edit before the song is looked at.
@@ -34,14 +35,21 @@ Q_SIGNALS:
     void message(const QString &text);
 
 private:
+    void newSong();
+    void chooseFile();
+    bool save();
+    bool saveAs();
     bool write(const QString &name);
     void read(const QString &name);
+    QMessageBox::StandardButton ask(const QString &title, const QString &text,
+                                    QMessageBox::StandardButtons buttons, QMessageBox::StandardButton normal);
     void showRecent();
     void remember(const QString &name);
     QString startFolder() const;
 
     SongDocument &m_document;
     QMenu *m_recent;
+    QList<QAction *> m_mainActions;
     bool m_isAsking = false;
     bool m_knowsOfChange = false;
 };

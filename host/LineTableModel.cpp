@@ -7,8 +7,8 @@ LineTableModel::LineTableModel(SongDocument &document, QObject *parent)
     : QAbstractTableModel(parent)
     , m_document(document)
 {
-    connect(&document, &SongDocument::aboutToSplice, this, &LineTableModel::beginSplice);
-    connect(&document, &SongDocument::spliced, this, &LineTableModel::endSplice);
+    connect(&document, &SongDocument::aboutToReplace, this, &LineTableModel::beginReplace);
+    connect(&document, &SongDocument::replaced, this, &LineTableModel::endReplace);
 }
 
 int LineTableModel::rowCount(const QModelIndex &parent) const
@@ -40,10 +40,9 @@ QVariant LineTableModel::data(const QModelIndex &index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
-    const QVSongLine &line = *m_document.lines()[index.row()];
-    const bool isShown = role == Qt::DisplayRole;
-    if (!isShown && role != Qt::EditRole)
+    if (role != Qt::DisplayRole && role != Qt::EditRole)
         return {};
+    const QVSongLine &line = *m_document.lines()[index.row()];
     switch (index.column()) {
     case Times: {
         QString tags;
@@ -54,9 +53,11 @@ QVariant LineTableModel::data(const QModelIndex &index, int role) const
         return tags;
     }
     case Kind:
+        if (role == Qt::EditRole)
+            return line.isProperty() ? line.propertyStr() : lyricKind();
         if (line.isProperty())
-            return isShown ? tr("Property %1").arg(line.propertyStr()) : line.propertyStr();
-        return isShown ? (line.aryTimes()->isEmpty() ? tr("No time") : tr("Lyric")) : QString();
+            return tr("Property %1").arg(line.propertyStr());
+        return line.aryTimes()->isEmpty() ? tr("No time") : lyricKind();
     default:
         return line.lineText();
     }
@@ -69,48 +70,46 @@ bool LineTableModel::setData(const QModelIndex &index, const QVariant &value, in
     const QString typed = value.toString();
     if (typed == data(index, Qt::EditRole).toString())
         return true;
+    bool isTaken = true;
     switch (index.column()) {
     case Times:
-        if (!m_document.setTimes(index.row(), typed)) {
+        isTaken = m_document.setTimes(index.row(), typed);
+        if (!isTaken)
             Q_EMIT refused(tr("“%1” is no time: write [mm:ss.xx], several in a row").arg(typed));
-            return false;
-        }
         break;
     case Kind:
-        if (!m_document.setKey(index.row(), typed)) {
+        isTaken = m_document.setKey(index.row(), typed == lyricKind() ? QString() : typed.trimmed());
+        if (!isTaken)
             Q_EMIT refused(tr("“%1” is no property: write two letters a to z").arg(typed));
-            return false;
-        }
         break;
     default:
         m_document.setText(index.row(), typed);
     }
-    return true;
+    return isTaken;
 }
 
 Qt::ItemFlags LineTableModel::flags(const QModelIndex &index) const
 {
-    Qt::ItemFlags flags = QAbstractTableModel::flags(index) | Qt::ItemNeverHasChildren;
-    if (!index.isValid())
-        return flags;
-    const bool hasNoTimes = index.column() == Times && m_document.lines()[index.row()]->isProperty();
-    return hasNoTimes ? flags : flags | Qt::ItemIsEditable;
+    const Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+    if (!index.isValid() || (index.column() == Times && m_document.lines()[index.row()]->isProperty()))
+        return flags; // a property has no times
+    return flags | Qt::ItemIsEditable;
 }
 
-void LineTableModel::beginSplice(qsizetype row, qsizetype removed, qsizetype inserted)
+void LineTableModel::beginReplace(qsizetype row, qsizetype removed, qsizetype inserted)
 {
-    if (removed > inserted)
-        beginRemoveRows({}, int(row + inserted), int(row + removed - 1));
-    else if (inserted > removed)
-        beginInsertRows({}, int(row + removed), int(row + inserted - 1));
+    if (inserted == 0)
+        beginRemoveRows({}, int(row), int(row + removed - 1));
+    else if (removed == 0)
+        beginInsertRows({}, int(row), int(row + inserted - 1));
 }
 
-void LineTableModel::endSplice(qsizetype row, qsizetype removed, qsizetype inserted)
+void LineTableModel::endReplace(qsizetype row, qsizetype removed, qsizetype inserted)
 {
-    if (removed > inserted)
+    if (inserted == 0)
         endRemoveRows();
-    else if (inserted > removed)
+    else if (removed == 0)
         endInsertRows();
-    if (const qsizetype changed = std::min(removed, inserted); changed > 0)
-        Q_EMIT dataChanged(index(int(row), 0), index(int(row + changed - 1), ColumnCount - 1));
+    else
+        Q_EMIT dataChanged(index(int(row), 0), index(int(row + inserted - 1), ColumnCount - 1));
 }

@@ -15,6 +15,9 @@ public:
 
     explicit LineTableModel(SongDocument &document, QObject *parent = nullptr);
 
+    /// What the kind of a line that is no property is called; that of a property is its key.
+    static QString lyricKind() { return tr("Lyric"); }
+
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
@@ -27,8 +30,8 @@ Q_SIGNALS:
     void refused(const QString &why);
 
 private:
-    void beginSplice(qsizetype row, qsizetype removed, qsizetype inserted);
-    void endSplice(qsizetype row, qsizetype removed, qsizetype inserted);
+    void beginReplace(qsizetype row, qsizetype removed, qsizetype inserted);
+    void endReplace(qsizetype row, qsizetype removed, qsizetype inserted);
 
     SongDocument &m_document;
 };

@@ -8,10 +8,6 @@
 #include <QStandardPaths>
 #include <QUuid>
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <unistd.h>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -21,21 +17,12 @@ QString folder()
     return QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation) + u"/recovery"_s;
 }
 
-QString lockOf(const QString &file)
+// Null while another holds it.
+std::unique_ptr<QLockFile> lock(const QString &recoveryFile)
 {
-    return file + u".lock"_s;
-}
-
-// The system drops the lock when its holder ends, however that ends. -1 when another holds it.
-int lockFile(const QString &file)
-{
-    const int descriptor =
-        ::open(QFile::encodeName(lockOf(file)).constData(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
-    if (descriptor >= 0 && ::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
-        ::close(descriptor);
-        return -1;
-    }
-    return descriptor;
+    auto file = std::make_unique<QLockFile>(recoveryFile + u".lock"_s);
+    file->setStaleLockTime(0); // its program may run for long
+    return file->tryLock() ? std::move(file) : nullptr;
 }
 
 QJsonObject readJson(const QString &recoveryFile)
@@ -86,10 +73,8 @@ QStringList Recovery::left()
     const QDir directory(folder());
     for (const QString &name : directory.entryList({u"*.json"_s}, QDir::Files, QDir::Time)) {
         const QString file = directory.filePath(name);
-        if (const int descriptor = lockFile(file); descriptor >= 0) {
-            ::close(descriptor);
+        if (lock(file))
             files += file;
-        }
     }
     return files;
 }
@@ -101,38 +86,30 @@ QString Recovery::songOf(const QString &recoveryFile)
 
 bool Recovery::takeOver(const QString &recoveryFile)
 {
-    const int descriptor = lockFile(recoveryFile);
+    auto itsLock = lock(recoveryFile);
     const QJsonObject json = readJson(recoveryFile);
-    if (descriptor < 0 || !json.contains("text"_L1)) {
-        ::close(descriptor);
+    if (!itsLock || !json.contains("text"_L1))
         return false;
-    }
     m_document.restore(SongFile::fromJson(json), json["text"_L1].toString());
     remove(); // what this object had before
     m_file = recoveryFile;
-    m_lock = descriptor;
+    m_lock = std::move(itsLock);
     return true;
 }
 
 void Recovery::discard(const QString &recoveryFile)
 {
-    QFile::remove(recoveryFile);
-    QFile::remove(lockOf(recoveryFile));
-}
-
-bool Recovery::lock()
-{
-    QDir().mkpath(folder());
-    if (m_lock < 0)
-        m_lock = lockFile(m_file);
-    return m_lock >= 0;
+    if (lock(recoveryFile))
+        QFile::remove(recoveryFile);
 }
 
 void Recovery::write()
 {
-    if (!lock()) {
-        Q_EMIT written(QDir(folder()).exists() ? tr("%1 can't be written").arg(m_file)
-                                               : tr("%1 can't be made").arg(folder()));
+    QDir().mkpath(folder());
+    if (!m_lock)
+        m_lock = lock(m_file);
+    if (!m_lock) {
+        Q_EMIT written(tr("%1 can't be written").arg(m_file));
         return;
     }
     m_writer.start(
@@ -147,8 +124,7 @@ void Recovery::remove()
 {
     m_timer.stop();
     m_writer.waitForDone();
-    if (m_lock < 0)
-        return;
-    discard(m_file);
-    ::close(std::exchange(m_lock, -1));
+    if (m_lock)
+        QFile::remove(m_file);
+    m_lock.reset();
 }

@@ -3,8 +3,11 @@
 
 #include "SongDocument.h"
 
+#include <QLockFile>
 #include <QThreadPool>
 #include <QTimer>
+
+#include <memory>
 
 /// Keeps what was not saved of a song in a recovery file, so that a program that is killed loses nothing.
 ///
@@ -29,7 +32,7 @@ public:
     /// program has it, or it can't be read.
     bool takeOver(const QString &recoveryFile);
 
-    /// Deletes a recovery file that nobody wants.
+    /// Deletes a recovery file that nobody wants, and that no program has.
     static void discard(const QString &recoveryFile);
 
 Q_SIGNALS:
@@ -39,11 +42,10 @@ Q_SIGNALS:
 private:
     void write();
     void remove();
-    bool lock();
 
     SongDocument &m_document;
     QString m_file;
-    int m_lock = -1; // a file descriptor, for as long as m_file is ours
+    std::unique_ptr<QLockFile> m_lock; // held for as long as there may be a file of ours
     QTimer m_timer;
     QThreadPool m_writer; // of one thread: a slow disk holds no key up, and the last text is written last
 };

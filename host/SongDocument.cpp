@@ -99,16 +99,8 @@ bool SongDocument::open(const QString &name)
     return text() == read || text() == read + u'\n';
 }
 
-void SongDocument::save()
+void SongDocument::save(SongFile file)
 {
-    m_file.write(text());
-    m_undoStack.setClean();
-}
-
-void SongDocument::saveAs(const QString &name)
-{
-    SongFile file = m_file;
-    file.setName(name);
     file.write(text());
     m_file = file;
     m_undoStack.setClean();
@@ -130,6 +122,7 @@ void SongDocument::begin(const SongFile &file, const QString &text)
     song.buildWithLrcText(text);
     splice(0, lines().size(), *song.aryLines());
     Q_EMIT fileChanged();
+    Q_EMIT begun();
 }
 
 bool SongDocument::setTimes(qsizetype row, const QString &typed)
@@ -187,17 +180,24 @@ void SongDocument::insertLine(qsizetype row)
 
 void SongDocument::deleteLines(const Rows &rows)
 {
-    edit(tr("Delete %n Line(s)", nullptr, int(rows.size())),
-         [&](QVEditSong &draft) { draft.deleteLineAtIndexs(rows); });
+    edit(tr("Delete Lines"), [&](QVEditSong &draft) { draft.deleteLineAtIndexs(rows); });
 }
 
-void SongDocument::moveLines(const Rows &rows, qint64 milliseconds)
+bool SongDocument::moveLines(const Rows &rows, qint64 milliseconds)
 {
+    const bool isTooFar = std::any_of(rows.cbegin(), rows.cend(), [&](quint64 row) {
+        const auto times = lines()[qsizetype(row)]->aryTimes();
+        return std::any_of(times->cbegin(), times->cend(),
+                           [&](qint64 time) { return time > LatestTime - milliseconds; });
+    });
+    if (isTooFar)
+        return false;
     const auto change = [&](QVEditSong &draft) {
         for (const quint64 row : rows)
             ownLine(draft, qsizetype(row)).shiftAllTime(milliseconds);
     };
-    edit(tr("Move %n Line(s)", nullptr, int(rows.size())), change, Move);
+    edit(tr("Move Lines"), change, Move);
+    return true;
 }
 
 bool SongDocument::stamp(qsizetype row, qint64 milliseconds)
@@ -253,13 +253,26 @@ bool SongDocument::edit(const QString &name, const std::function<void(QVEditSong
 
 void SongDocument::splice(qsizetype row, qsizetype removed, const QVSongLineList &inserted)
 {
-    Q_EMIT aboutToSplice(row, removed, inserted.size());
+    if (removed == inserted.size()) {
+        replace(row, removed, inserted);
+    } else {
+        replace(row, removed, {});
+        replace(row, 0, inserted);
+    }
+    m_song.updateSongText(); // and the lines' ranges with it
+    Q_EMIT changed(row, removed, inserted.size());
+}
+
+void SongDocument::replace(qsizetype row, qsizetype removed, const QVSongLineList &inserted)
+{
+    if (removed == 0 && inserted.isEmpty())
+        return;
+    Q_EMIT aboutToReplace(row, removed, inserted.size());
     const QVSongLineList old = lines();
     m_song.setAryLines(
         std::make_shared<QVSongLineList>(old.first(row) + inserted + old.sliced(row + removed)));
     // A line out of the document would go on slicing the whole text that it was in: it takes its own text out.
     for (const auto &line : old.sliced(row, removed))
         line->lineText();
-    m_song.updateSongText(); // and the lines' ranges with it
-    Q_EMIT spliced(row, removed, inserted.size());
+    Q_EMIT replaced(row, removed, inserted.size());
 }

@@ -24,6 +24,9 @@ class SongDocument : public QObject
 public:
     using Rows = std::set<quint64>;
 
+    /// In ms. A tag that has more than two digits for the minutes is none, and would be read as words.
+    static constexpr qint64 LatestTime = 100 * 60'000 - 1;
+
     explicit SongDocument(QObject *parent = nullptr);
 
     const QVSongLineList &lines() const { return *m_song.aryLines(); }
@@ -36,7 +39,6 @@ public:
     bool isModified() const { return !m_undoStack.isClean(); }
 
     const SongFile &file() const { return m_file; }
-    SongFile &file() { return m_file; }
 
     /// Each song that was opened or begun has another number.
     int number() const { return m_number; }
@@ -47,9 +49,9 @@ public:
     /// hold blank lines and words in front of tags that a song does not. \throws FileError; nothing changes
     bool open(const QString &name);
 
-    /// Writes the song to its file, or to \p name. The song counts as unmodified then. \throws FileError
-    void save();
-    void saveAs(const QString &name);
+    /// Writes the song to \p file, its own from then on, and counts as unmodified. \throws FileError; nothing
+    /// changes
+    void save(SongFile file);
 
     /// Takes a song up that was not saved; it counts as modified.
     void restore(const SongFile &file, const QString &text);
@@ -61,18 +63,24 @@ public:
     void setText(qsizetype row, const QString &text);
     void insertLine(qsizetype row);
     void deleteLines(const Rows &rows);
-    void moveLines(const Rows &rows, qint64 milliseconds); ///< repeated on the same lines it stays one step
+    bool moveLines(const Rows &rows, qint64 milliseconds); ///< repeated on the same lines it stays one step
     bool stamp(qsizetype row, qint64 milliseconds);        ///< sets the first time; false for a property
     bool insertMakerMark();                                ///< false when it is there
     void load(const QString &text);                        ///< in the place of all lines
 
 Q_SIGNALS:
-    /// \p removed lines from \p row on are about to make room for \p inserted others.
-    void aboutToSplice(qsizetype row, qsizetype removed, qsizetype inserted);
-    void spliced(qsizetype row, qsizetype removed, qsizetype inserted);
+    /// Lines from \p row on make room for others: for as many, or one of the counts is 0. The song's text and
+    /// the lines' ranges come later, with changed().
+    void aboutToReplace(qsizetype row, qsizetype removed, qsizetype inserted);
+    void replaced(qsizetype row, qsizetype removed, qsizetype inserted);
 
-    /// Another file, or another song.
+    /// The song has \p inserted lines from \p row on where it had \p removed others.
+    void changed(qsizetype row, qsizetype removed, qsizetype inserted);
+
     void fileChanged();
+
+    /// Another song, with its file and its lines.
+    void begun();
 
 private:
     class Step;
@@ -81,6 +89,7 @@ private:
     bool edit(const QString &name, const std::function<void(QVEditSong &draft)> &change,
               StepKind kind = Plain);
     void splice(qsizetype row, qsizetype removed, const QVSongLineList &inserted);
+    void replace(qsizetype row, qsizetype removed, const QVSongLineList &inserted);
     void begin(const SongFile &file, const QString &text);
 
     QVEditSong m_song;

@@ -55,12 +55,19 @@ bool SongFile::hasChangedOnDisk() const
     return QFileInfo::exists(m_name) && hashOf(m_name) != m_hash;
 }
 
+bool SongFile::isGone() const
+{
+    return !m_name.isEmpty() && !QFileInfo::exists(m_name);
+}
+
+QString SongFile::shortName() const
+{
+    return QFileInfo(m_name).fileName();
+}
+
 void SongFile::setName(const QString &name)
 {
-    const QString path = QFileInfo(name.startsWith(u':') ? u"./"_s + name : name).absoluteFilePath();
-    if (path != m_name)
-        m_hash = hashOf(path); // whoever chose the name was asked about the file that is there
-    m_name = path;
+    m_name = QFileInfo(name).absoluteFilePath();
 }
 
 QJsonObject SongFile::toJson() const
@@ -76,8 +83,7 @@ SongFile SongFile::fromJson(const QJsonObject &json)
 {
     SongFile file;
     file.m_name = json["file"_L1].toString();
-    if (const QByteArray encoding = json["encoding"_L1].toString().toLatin1(); isTextEncoding(encoding))
-        file.m_encoding = {encoding, json["hasMark"_L1].toBool()};
+    file.m_encoding = {json["encoding"_L1].toString().toLatin1(), json["hasMark"_L1].toBool()};
     file.m_hasCrLf = json["hasCrLf"_L1].toBool();
     file.m_hash = QByteArray::fromHex(json["hash"_L1].toString().toLatin1());
     return file;

@@ -22,12 +22,15 @@ public:
     /// Whether the file's encoding has every character of \p text.
     bool canHold(const QString &text) const;
 
-    /// Whether somebody else has written the file since the editor did. A file that is gone has not changed:
-    /// writing it anew loses nothing.
+    /// Whether somebody else has written the file since the editor did.
     bool hasChangedOnDisk() const;
+
+    /// Whether there is no such file any more. It has not changed then: writing it anew loses nothing.
+    bool isGone() const;
 
     /// Absolute; empty for a song without a file.
     QString name() const { return m_name; }
+    QString shortName() const; ///< without folders
     void setName(const QString &name);
 
     QByteArray encodingName() const { return m_encoding.name; }

@@ -46,8 +46,12 @@ int recoverSongs()
         if (box.clickedButton() != recover)
             continue;
         auto window = std::make_unique<EditorWindow>();
-        if (!window->recover(file))
-            continue; // another editor was faster
+        if (!window->recover(file)) {
+            QMessageBox::warning(
+                nullptr, EditorWindow::tr("Recover Changes"),
+                EditorWindow::tr("This file can't be read, or another editor has it:\n%1").arg(file));
+            continue;
+        }
         show(window.release());
         ++count;
     }

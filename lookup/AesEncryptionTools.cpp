@@ -5,6 +5,7 @@
 
 #include <limits>
 
+namespace QVSongLrcPrivate {
 namespace {
 
 constexpr int BlockSize = 16; // of the cipher; key and initialisation vector are as long
@@ -39,3 +40,5 @@ QString AesEncryptionTools::encryptString(const QString &text, const QString &ke
     cipher.truncate(length + lastLength);
     return QString::fromLatin1(cipher.toBase64());
 }
+
+} // namespace QVSongLrcPrivate

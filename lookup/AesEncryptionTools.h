@@ -3,6 +3,8 @@
 
 #include <QVSongLrc/EncryptionTools.h>
 
+namespace QVSongLrcPrivate {
+
 /// AES-128-CBC with PKCS#7 padding over the UTF-8 bytes of text and key, in Base64. Fails when the key or the
 /// initialisation vector is not 16 bytes long.
 class AesEncryptionTools final : public EncryptionTools
@@ -10,3 +12,5 @@ class AesEncryptionTools final : public EncryptionTools
 public:
     QString encryptString(const QString &text, const QString &keyString, const QByteArray &iv) const override;
 };
+
+} // namespace QVSongLrcPrivate

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 
+namespace QVSongLrcPrivate {
 namespace {
 
 constexpr qint64 NoObjectInSearch = -1002;
@@ -121,3 +122,5 @@ LyricAnswer AnswerReader::readDetail(const QByteArray &body)
     const auto result = dictionaryForKeySafeModel(*reply, QLatin1StringView("result"));
     return {std::nullopt, {}, 0, result ? stringForKeySafeModel(*result, Key_Lyric_Lyric) : QString()};
 }
+
+} // namespace QVSongLrcPrivate

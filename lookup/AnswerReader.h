@@ -12,6 +12,8 @@
 #include <optional>
 #include <stop_token>
 
+namespace QVSongLrcPrivate {
+
 /// What a reply of the service comes to. A value; of a search the lyric is unused, of a detail request the
 /// list.
 struct LyricAnswer
@@ -41,3 +43,5 @@ LyricAnswer readSearch(const QByteArray &body, const QString &query, const std::
 LyricAnswer readDetail(const QByteArray &body);
 
 } // namespace AnswerReader
+
+} // namespace QVSongLrcPrivate

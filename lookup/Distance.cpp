@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+using namespace QVSongLrcPrivate;
+
 float Distance::likePercent(QStringView receiver, QStringView argument)
 {
     if (receiver.isEmpty() || argument.isEmpty())

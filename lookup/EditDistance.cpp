@@ -5,6 +5,8 @@
 #include <array>
 #include <vector>
 
+namespace QVSongLrcPrivate {
+
 // The table of distances is not computed cell by cell but 64 rows of a column at a time, as differences
 // between neighbours that are -1, 0 or 1 and so fit two bit masks. Sources: G. Myers, "A fast bit-vector
 // algorithm for approximate string matching based on dynamic programming", Journal of the ACM 46 (1999), and
@@ -192,3 +194,5 @@ qint64 editDistance(QStringView a, QStringView b, qint64 limit, const std::stop_
     }
     return distanceInBand(longer, shorter, limit, stop);
 }
+
+} // namespace QVSongLrcPrivate

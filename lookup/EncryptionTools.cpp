@@ -5,6 +5,8 @@
 
 #include <utility>
 
+using namespace QVSongLrcPrivate;
+
 EncryptionTools::~EncryptionTools() = default;
 
 namespace {

@@ -6,6 +6,7 @@
 #include <thread>
 #include <utility>
 
+namespace QVSongLrcPrivate {
 namespace {
 
 LookupScope *theScope = nullptr;
@@ -56,3 +57,5 @@ void LookupScope::compute(Read read, Done done)
 {
     new Reading(std::move(read), std::move(done), this);
 }
+
+} // namespace QVSongLrcPrivate

@@ -8,6 +8,8 @@
 #include <functional>
 #include <stop_token>
 
+namespace QVSongLrcPrivate {
+
 /// What the lookup does in the background, which ends with the application object: transfers are its
 /// children, and so are the threads that read replies. Use from the main thread.
 class LookupScope final : public QObject
@@ -25,3 +27,5 @@ public:
 private:
     LookupScope() = default;
 };
+
+} // namespace QVSongLrcPrivate

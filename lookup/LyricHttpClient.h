@@ -14,6 +14,8 @@
 #include <optional>
 #include <utility>
 
+namespace QVSongLrcPrivate {
+
 /// What a request model wants of HTTP: one POST of a form, answered with the body's bytes. An interface, so
 /// that tests can put another client under a model.
 class LyricHttpClient
@@ -38,3 +40,5 @@ public:
     virtual std::shared_ptr<LyricDataTask> post(const QString &path, const Fields &fields, Success success,
                                                 Failure failure) = 0;
 };
+
+} // namespace QVSongLrcPrivate

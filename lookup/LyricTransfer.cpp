@@ -7,6 +7,8 @@
 
 #include <array>
 
+namespace QVSongLrcPrivate {
+
 LyricTransfer::LyricTransfer(const QNetworkRequest &request, const QByteArray &form,
                              std::chrono::milliseconds idleLimit, LyricHttpClient::Success success,
                              LyricHttpClient::Failure failure, QObject *parent)
@@ -139,3 +141,5 @@ void LyricTransfer::settle(Answer answer)
         },
         Qt::QueuedConnection);
 }
+
+} // namespace QVSongLrcPrivate

@@ -11,6 +11,8 @@
 
 class QNetworkReply;
 
+namespace QVSongLrcPrivate {
+
 /// One POST under way. Belongs to its parent and deletes itself once it has answered; destroyed before, it
 /// does not answer.
 class LyricTransfer final : public QObject
@@ -51,3 +53,5 @@ private:
     LyricHttpClient::Failure m_failure;
     bool m_isSettled = false;
 };
+
+} // namespace QVSongLrcPrivate

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+namespace QVSongLrcPrivate {
+
 /// A request's body that is sent once. Qt sends a request up to three times more when the connection closes
 /// before the reply begins, unless its body refuses to start again; and no lookup is repeated.
 class OneTimeBody final : public QIODevice
@@ -36,3 +38,5 @@ private:
     const QByteArray m_bytes;
     qint64 m_at = 0;
 };
+
+} // namespace QVSongLrcPrivate

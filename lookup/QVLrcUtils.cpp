@@ -7,6 +7,8 @@
 
 #include <QDateTime>
 
+using namespace QVSongLrcPrivate;
+
 QString QVLrcUtils::generateLyricApiKey()
 {
     const QString plain = RequestKey::Prefix + QString::number(QDateTime::currentSecsSinceEpoch());

@@ -10,6 +10,7 @@
 #include <QSslConfiguration>
 #include <QStringEncoder>
 
+namespace QVSongLrcPrivate {
 namespace {
 
 /// Does not start from the application's default configuration, which may trust more than the system does.
@@ -81,3 +82,5 @@ QByteArray QtHttpClient::formBody(const Fields &fields)
     }
     return body;
 }
+
+} // namespace QVSongLrcPrivate

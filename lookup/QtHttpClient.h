@@ -5,6 +5,8 @@
 
 #include <QNetworkRequest>
 
+namespace QVSongLrcPrivate {
+
 /// The HTTP client over Qt Network. HTTPS, TLS 1.2 or better, certificate and host name verified: there is no
 /// way to have less.
 class QtHttpClient final : public LyricHttpClient
@@ -25,3 +27,5 @@ private:
     QNetworkRequest m_request;
     std::chrono::milliseconds m_idleLimit = std::chrono::seconds(60);
 };
+
+} // namespace QVSongLrcPrivate

@@ -11,6 +11,8 @@
 
 #include <optional>
 
+namespace QVSongLrcPrivate {
+
 // What a dictionary holds under a key when it is of the kind asked for, else nothing. None of these fails.
 
 /// Absent, not empty, when there is no string.
@@ -45,3 +47,5 @@ inline std::optional<QJsonObject> dictionaryForKeySafeModel(const QJsonObject &o
     const QJsonValue value = object.value(key);
     return value.isObject() ? std::optional(value.toObject()) : std::nullopt;
 }
+
+} // namespace QVSongLrcPrivate

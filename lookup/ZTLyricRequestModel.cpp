@@ -18,6 +18,8 @@
 #include <limits>
 #include <stdexcept>
 
+using namespace QVSongLrcPrivate;
+
 namespace {
 
 constexpr qint64 EmptyQuery = -1002;

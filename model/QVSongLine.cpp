@@ -7,6 +7,8 @@
 
 #include <QVSongLrc/QVUtils.h>
 
+using namespace QVSongLrcPrivate;
+
 QVSongLine::QVSongLine() = default;
 
 QVSongLine::QVSongLine(const QVSongLine &other)

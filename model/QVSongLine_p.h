@@ -10,11 +10,29 @@
 #include <algorithm>
 #include <cstring>
 
+namespace QVSongLrcPrivate {
+
 /// What stands in a text for an absent string.
 inline QStringView shownText(QStringView text)
 {
     return text.isNull() ? QStringView(u"(null)") : text;
 }
+
+inline char16_t *writeText(char16_t *out, QStringView text)
+{
+    // Most texts are short: blocks of 16 bytes, the last one overlapping, cost less than a call.
+    const char16_t *const from = text.utf16();
+    const qsizetype length = text.size();
+    if (length >= 8 && length <= 64) {
+        for (qsizetype i = 0; i + 8 <= length; i += 8)
+            std::memcpy(out + i, from + i, 16);
+        std::memcpy(out + length - 8, from + length - 8, 16);
+        return out + length;
+    }
+    return std::copy_n(from, length, out);
+}
+
+} // namespace QVSongLrcPrivate
 
 inline const QVTimeList &QVSongLine::times() const
 {
@@ -52,6 +70,7 @@ inline void QVSongLine::setTextSlice(const QString &source, QStringView slice)
 
 inline qsizetype QVSongLine::displayLength() const
 {
+    using namespace QVSongLrcPrivate;
     if (m_tagsLength > 0)
         return m_tagsLength + m_textView.size();
     qsizetype length = shownText(m_textView).size();
@@ -62,23 +81,10 @@ inline qsizetype QVSongLine::displayLength() const
     return length;
 }
 
-inline char16_t *writeText(char16_t *out, QStringView text)
-{
-    // Most texts are short: blocks of 16 bytes, the last one overlapping, cost less than a call.
-    const char16_t *const from = text.utf16();
-    const qsizetype length = text.size();
-    if (length >= 8 && length <= 64) {
-        for (qsizetype i = 0; i + 8 <= length; i += 8)
-            std::memcpy(out + i, from + i, 16);
-        std::memcpy(out + length - 8, from + length - 8, 16);
-        return out + length;
-    }
-    return std::copy_n(from, length, out);
-}
-
 /// Writes displayText(), displayLength() code units, and answers the place after it.
 inline char16_t *QVSongLine::writeDisplayText(char16_t *out) const
 {
+    using namespace QVSongLrcPrivate;
     if (m_tagsLength > 0) // the tags have been written before, and all is one piece
         return writeText(out, {m_textView.data() - m_tagsLength, m_textView.size() + m_tagsLength});
     if (m_isProperty) {

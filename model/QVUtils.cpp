@@ -6,6 +6,8 @@
 
 #include <stdexcept>
 
+using namespace QVSongLrcPrivate;
+
 qint64 QVUtils::getTimeInterval(const QString &timeTag)
 {
     if (timeTag.size() < 2)

@@ -6,7 +6,7 @@
 #include <limits>
 
 /// 64-bit arithmetic that stops at the limits in place of overflowing.
-namespace Saturating {
+namespace QVSongLrcPrivate::Saturating {
 
 inline constexpr qint64 Max = std::numeric_limits<qint64>::max();
 inline constexpr qint64 Min = std::numeric_limits<qint64>::min();
@@ -40,4 +40,4 @@ constexpr qint64 fromDouble(double value)
     return qint64(value);
 }
 
-} // namespace Saturating
+} // namespace QVSongLrcPrivate::Saturating

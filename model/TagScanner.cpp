@@ -4,7 +4,7 @@
 #include <unicode/uchar.h>
 #include <unicode/utf16.h>
 
-namespace TagScanner {
+namespace QVSongLrcPrivate::TagScanner {
 namespace {
 
 // The steps below take the place after a piece of the pattern's subject and answer the place after the next
@@ -139,4 +139,4 @@ bool isWhiteSpace(char16_t c)
     return u_isUWhiteSpace(c);
 }
 
-} // namespace TagScanner
+} // namespace QVSongLrcPrivate::TagScanner

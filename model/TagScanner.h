@@ -12,7 +12,7 @@
 ///     \s*\[\d{1,2}:\d{1,2}.\d{1,2}\]           time tag
 /// where "." also takes line ends. The scanner reads forward only and takes time linear in the text, which a
 /// backtracking engine does not.
-namespace TagScanner {
+namespace QVSongLrcPrivate::TagScanner {
 
 /// Where a tag lies, leading white space included: half-open, in UTF-16 code units of the text searched.
 struct Match
@@ -44,4 +44,4 @@ Property splitProperty(QStringView text);
 /// Whether \p c has the Unicode property White_Space, the meaning of "\s".
 bool isWhiteSpace(char16_t c);
 
-} // namespace TagScanner
+} // namespace QVSongLrcPrivate::TagScanner

@@ -10,7 +10,7 @@
 #include <charconv>
 #include <limits>
 
-namespace TimeText {
+namespace QVSongLrcPrivate::TimeText {
 namespace {
 
 constexpr qint64 MillisecondsPerMinute = 60'000;
@@ -131,4 +131,4 @@ char16_t *writeUnusualTag(char16_t *out, qint64 milliseconds)
     return out;
 }
 
-} // namespace TimeText
+} // namespace QVSongLrcPrivate::TimeText

@@ -8,7 +8,7 @@
 #include <cstring>
 
 /// Times to and from the text of a time tag, "[mm:ss.xx]".
-namespace TimeText {
+namespace QVSongLrcPrivate::TimeText {
 
 /// The time of a tag of at least two code units; see QVUtils::getTimeInterval().
 qint64 fromTag(QStringView tag);
@@ -66,4 +66,4 @@ inline qsizetype tagLength(qint64 milliseconds)
     return writeUnusualTag(tag, milliseconds) - tag;
 }
 
-} // namespace TimeText
+} // namespace QVSongLrcPrivate::TimeText

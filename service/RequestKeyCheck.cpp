@@ -9,6 +9,8 @@
 #include <memory>
 #include <optional>
 
+using namespace QVSongLrcPrivate;
+
 namespace {
 
 constexpr qsizetype MaxCipherSize = 64; // several times what a key takes

@@ -57,14 +57,15 @@ private:
 
 inline TagMatches scannedPropertyTags(QStringView text)
 {
-    const auto tag = TagScanner::propertyTag(text);
+    const auto tag = QVSongLrcPrivate::TagScanner::propertyTag(text);
     return tag ? TagMatches{{tag->begin, tag->end}} : TagMatches{};
 }
 
 inline TagMatches scannedTimeTags(QStringView text)
 {
     TagMatches matches;
-    while (const auto tag = TagScanner::timeTag(text, matches.empty() ? 0 : matches.back().second))
+    while (const auto tag =
+               QVSongLrcPrivate::TagScanner::timeTag(text, matches.empty() ? 0 : matches.back().second))
         matches.emplace_back(tag->begin, tag->end);
     return matches;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "MisbehavingServer.h"
+#include "TestAuthority.h"
 
 #include <QVSongLrc/LyricService.h>
 #include <QVSongLrc/QVLyricSearchWndCtl.h>
@@ -23,8 +24,8 @@
 class HoldingService
 {
 public:
-    explicit HoldingService(const QSslConfiguration &configuration)
-        : m_server(configuration, [this](QSslSocket *socket) {
+    HoldingService()
+        : m_server(trusted(), [this](QSslSocket *socket) {
             const QMutexLocker lock(&m_mutex);
             m_sockets += socket;
         })
@@ -57,6 +58,16 @@ public:
     }
 
 private:
+    static const QSslConfiguration &trusted()
+    {
+        static const QSslConfiguration configuration = [] {
+            const TestAuthority authority;
+            LyricService::addCertificateAuthority(authority.certificate());
+            return authority.issue("IP:127.0.0.1");
+        }();
+        return configuration;
+    }
+
     mutable QMutex m_mutex;
     QList<QPointer<QSslSocket>> m_sockets;
     MisbehavingServer m_server;
@@ -100,10 +111,10 @@ struct SearchWindow
                           {header->sectionViewportPosition(column) + 20, header->height() / 2});
     }
 
-    void doubleClick(const QPoint &at) const
+    void doubleClick(const QPoint &at, Qt::MouseButton button = Qt::LeftButton) const
     {
-        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, at);
-        QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, at);
+        QTest::mouseClick(table->viewport(), button, {}, at);
+        QTest::mouseDClick(table->viewport(), button, {}, at);
     }
 
     /// Busy, Search enabled, Download enabled, and the status, in one text to compare.

@@ -12,6 +12,8 @@
 #include <numeric>
 #include <vector>
 
+using namespace QVSongLrcPrivate;
+
 using namespace Qt::StringLiterals;
 
 namespace {

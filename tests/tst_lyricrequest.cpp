@@ -17,6 +17,8 @@
 #include <limits>
 #include <stdexcept>
 
+using namespace QVSongLrcPrivate;
+
 using namespace Qt::StringLiterals;
 
 static_assert(!std::is_copy_constructible_v<ZTLyricRequestModel>);

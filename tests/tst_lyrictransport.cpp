@@ -17,6 +17,8 @@
 
 #include <optional>
 
+using namespace QVSongLrcPrivate;
+
 using namespace Qt::StringLiterals;
 
 namespace {

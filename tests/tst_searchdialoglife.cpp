@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "SearchDialogDriver.h"
-#include "TestAuthority.h"
 
 #include <optional>
 
@@ -50,19 +49,13 @@ private:
     char m_name[17] = "searchdialoglife";
     char *m_argv[2] = {m_name, nullptr};
     std::unique_ptr<QApplication> m_application;
-    std::optional<QSslConfiguration> m_honest; // not before there is an application
     std::optional<HoldingService> m_service;
 };
 
 void TestSearchDialogLife::init()
 {
     m_application = std::make_unique<QApplication>(m_argc, m_argv);
-    if (!m_honest) {
-        const TestAuthority authority;
-        m_honest = authority.issue("IP:127.0.0.1");
-        LyricService::addCertificateAuthority(authority.certificate());
-    }
-    m_service.emplace(*m_honest);
+    m_service.emplace();
 }
 
 void TestSearchDialogLife::cleanup()
@@ -187,7 +180,7 @@ void TestSearchDialogLife::completionsMayDoAnything()
                 QTRY_VERIFY(!d.window || !d.window->isVisible());
             },
             u"Air"_s, QString(), completion, parent.get());
-        if (deed != u"quit")
+        if (deed != u"quit" || calls == 0) // else the test would wait for ever
             QCoreApplication::exit(7);
     });
     QCOMPARE(QApplication::exec(), deed == u"quit" ? 0 : 7);

@@ -4,6 +4,8 @@
 
 #include <QRandomGenerator>
 
+using namespace QVSongLrcPrivate;
+
 using namespace Qt::StringLiterals;
 
 namespace {

@@ -12,7 +12,6 @@
 #include <functional>
 #include <memory>
 
-class LyricResultsModel;
 class QDialog;
 class QEventLoop;
 class QWidget;
@@ -21,10 +20,14 @@ namespace Ui {
 class QVLyricSearchWndCtl;
 }
 
+namespace QVSongLrcPrivate {
+class LyricResultsModel;
+}
+
 /// A modal dialog in which the user looks a lyric up on the lyric service and downloads it.
 ///
-/// Needs a QApplication, and its main thread for every call. LyricService says where the service is. Texts are in
-/// the first of the languages of QLocale() that the library speaks.
+/// Needs a QApplication, and its main thread for every call. LyricService says where the service is. Texts
+/// are in the first of the languages of QLocale() that the library speaks, else in English.
 ///
 /// A controller lives as long as somebody holds it or a request of its own is outstanding. Closing the dialog
 /// cancels no request. The window is the controller's; it also goes with its parent or with the application,
@@ -45,9 +48,9 @@ public:
     ///
     /// \p completion is called once for every download that the user has started and never otherwise: from the
     /// event loop, before the dialog closes, or after this has returned when the user closed the dialog while
-    /// the download went on. The user may start a second download before the first has ended. The completion
-    /// may do anything, opening another dialog and closing the application included; without one, lyrics are
-    /// dropped.
+    /// the download went on; not for those outstanding when the application object is destroyed. The user may
+    /// start a second download before the first has ended. The completion may do anything, opening another
+    /// dialog and closing the application included; without one, lyrics are dropped.
     static std::shared_ptr<QVLyricSearchWndCtl> popUp(const QString &track, const QString &artist,
                                                       CompletionCallback completion,
                                                       QWidget *parent = nullptr);
@@ -69,7 +72,6 @@ private:
 
     bool eventFilter(QObject *watched, QEvent *event) override;
     void windowDidLoad();
-    void fitColumns(int oldWidth);
     void runModal();
     void setTrack(const QString &track, const QString &artist);
     void setIsSearching(bool isSearching);
@@ -78,7 +80,6 @@ private:
     QJsonObject reqParams() const;
     void searchClick();
     void selectRow(qint64 row);
-    qint64 selectedRow() const;
     void downloadClick();
     void requestDetail(const QString &link);
     void tableDoubleClick();
@@ -89,7 +90,8 @@ private:
 
     bool m_isSearching = false;
     CompletionCallback m_completionCB;
-    const std::unique_ptr<LyricResultsModel> m_results;  // outlives the window, which shows it
+    const std::unique_ptr<QVSongLrcPrivate::LyricResultsModel>
+        m_results;                                       // outlives the window, which shows it
     const std::unique_ptr<Ui::QVLyricSearchWndCtl> m_ui; // what it points at goes with the window
     QPointer<QDialog> m_window;
     QPointer<QEventLoop> m_modalRun;

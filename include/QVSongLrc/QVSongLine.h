@@ -10,6 +10,10 @@
 
 #include <memory>
 
+namespace QVSongLrcPrivate {
+class QVLineWriter;
+}
+
 /// Times in ms. Up to three lie inside the list itself; more take an allocation.
 using QVTimeList = QVarLengthArray<qint64, 3>;
 
@@ -100,7 +104,7 @@ public:
 private:
     friend class QVEditSong;
     friend class QVPreviewSong;
-    friend class QVLineWriter;
+    friend class QVSongLrcPrivate::QVLineWriter;
 
     const QVTimeList &times() const;
     QVTimeList &times();

@@ -3,19 +3,25 @@
 
 #include <QtGlobal>
 
-#if defined(QVSongLrcCore_EXPORTS)
+#if defined(QVSONGLRC_STATIC) // set for programs by the CMake target and by pkg-config
+#define QVSONGLRC_CORE_EXPORT
+#elif defined(QVSongLrcCore_EXPORTS)
 #define QVSONGLRC_CORE_EXPORT Q_DECL_EXPORT
 #else
 #define QVSONGLRC_CORE_EXPORT Q_DECL_IMPORT
 #endif
 
-#if defined(QVSongLrcLookup_EXPORTS)
+#if defined(QVSONGLRC_STATIC)
+#define QVSONGLRC_LOOKUP_EXPORT
+#elif defined(QVSongLrcLookup_EXPORTS)
 #define QVSONGLRC_LOOKUP_EXPORT Q_DECL_EXPORT
 #else
 #define QVSONGLRC_LOOKUP_EXPORT Q_DECL_IMPORT
 #endif
 
-#if defined(QVSongLrcDialog_EXPORTS)
+#if defined(QVSONGLRC_STATIC)
+#define QVSONGLRC_DIALOG_EXPORT
+#elif defined(QVSongLrcDialog_EXPORTS)
 #define QVSONGLRC_DIALOG_EXPORT Q_DECL_EXPORT
 #else
 #define QVSONGLRC_DIALOG_EXPORT Q_DECL_IMPORT

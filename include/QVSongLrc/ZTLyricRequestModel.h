@@ -15,7 +15,9 @@
 #include <memory>
 #include <optional>
 
+namespace QVSongLrcPrivate {
 class LyricHttpClient;
+}
 
 /// The client of the lyric service: one query (a title and an artist), normally asked once for the candidates
 /// and once for the lyric of one of them.
@@ -107,7 +109,7 @@ public:
 
     /// A new HTTP client for one request. Every request takes one from here, so this is where a test puts
     /// another in its place.
-    virtual std::shared_ptr<LyricHttpClient> afPostMgr() const;
+    virtual std::shared_ptr<QVSongLrcPrivate::LyricHttpClient> afPostMgr() const;
 
 protected:
     /// For classes that derive from this one; their objects, too, live in a `std::shared_ptr`.

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#include "LyricResultsTable.h"
+
+#include "LyricCellDelegate.h"
+
+#include <QHeaderView>
+#include <QMouseEvent>
+
+namespace QVSongLrcPrivate {
+
+namespace {
+
+constexpr int FirstColumn = 0;
+constexpr double FirstColumnsShare = 0.6; // until the user sets another
+
+} // namespace
+
+LyricResultsTable::LyricResultsTable(QWidget *parent)
+    : QTableView(parent)
+{
+    setItemDelegate(new LyricCellDelegate(this));
+    verticalHeader()->setDefaultSectionSize(verticalHeader()->minimumSectionSize());
+    horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+}
+
+void LyricResultsTable::setModel(QAbstractItemModel *model)
+{
+    QTableView::setModel(model);
+    showNoOrder();
+    setSortingEnabled(true);
+    connect(model, &QAbstractItemModel::modelReset, this, &LyricResultsTable::showNoOrder);
+}
+
+qint64 LyricResultsTable::selectedRow() const
+{
+    const QModelIndexList rows = selectionModel()->selectedRows();
+    return rows.isEmpty() ? -1 : rows.first().row();
+}
+
+void LyricResultsTable::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton) // others are no double click to the user
+        QTableView::mouseDoubleClickEvent(event);
+}
+
+void LyricResultsTable::resizeEvent(QResizeEvent *event)
+{
+    const double share =
+        m_fittedWidth > 0 ? double(columnWidth(FirstColumn)) / m_fittedWidth : FirstColumnsShare;
+    m_fittedWidth = viewport()->width();
+    setColumnWidth(FirstColumn, qRound(share * m_fittedWidth)); // the last one takes the rest
+    QTableView::resizeEvent(event);
+}
+
+/// New results come in the service's order.
+void LyricResultsTable::showNoOrder()
+{
+    horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+}
+
+} // namespace QVSongLrcPrivate

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#include "LyricStateLabel.h"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+
+namespace QVSongLrcPrivate {
+
+namespace {
+
+/// A notification, whose showing is what screen readers speak. They pass over a label that takes another text
+/// while the focus is elsewhere, and Qt's bridge on Linux drops alerts.
+class StateInterface final : public QAccessibleWidget
+{
+public:
+    explicit StateInterface(LyricStateLabel *label)
+        : QAccessibleWidget(label, QAccessible::Notification)
+    {
+    }
+
+    QString text(QAccessible::Text kind) const override
+    {
+        return kind == QAccessible::Name ? static_cast<const QLabel *>(object())->text()
+                                         : QAccessibleWidget::text(kind);
+    }
+};
+
+QAccessibleInterface *makeInterface(const QString &, QObject *object)
+{
+    auto *const label = qobject_cast<LyricStateLabel *>(object);
+    return label ? new StateInterface(label) : nullptr;
+}
+
+} // namespace
+
+LyricStateLabel::LyricStateLabel(QWidget *parent)
+    : QLabel(parent)
+{
+    QAccessible::installFactory(makeInterface); // once only, however often
+}
+
+void LyricStateLabel::say(const QString &text)
+{
+    if (text == this->text())
+        return;
+    setText(text);
+    if (!isVisible())
+        return;
+    QAccessibleEvent shown(this, QAccessible::ObjectShow);
+    QAccessible::updateAccessibility(&shown);
+}
+
+} // namespace QVSongLrcPrivate

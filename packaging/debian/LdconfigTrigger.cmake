@@ -1,0 +1,16 @@
+# CPack gives a package of libraries maintainer scripts that call ldconfig. Debian has a trigger for that, which
+# runs once however many packages are installed, so the scripts that are that call alone give way to it.
+foreach(package IN LISTS CPACK_PACKAGE_FILES)
+    set(tree ${package}.tree)
+    execute_process(COMMAND dpkg-deb --raw-extract ${package} ${tree} COMMAND_ERROR_IS_FATAL ANY)
+    if(EXISTS ${tree}/DEBIAN/symbols)
+        file(REMOVE ${tree}/DEBIAN/postinst ${tree}/DEBIAN/postrm)
+        file(WRITE ${tree}/DEBIAN/triggers "activate-noawait ldconfig\n")
+        file(CHMOD ${tree}/DEBIAN/triggers PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+        execute_process(
+            COMMAND dpkg-deb --root-owner-group -Zxz --build ${tree} ${package}
+            OUTPUT_QUIET
+            COMMAND_ERROR_IS_FATAL ANY)
+    endif()
+    file(REMOVE_RECURSE ${tree})
+endforeach()

@@ -1,0 +1,93 @@
+#!/bin/sh
+# usage: try.sh ROOT PACKAGE_FOLDER
+# Tries the Debian packages in ROOT, a Debian 12 made for this and changed by it: installs, uses and removes them.
+# Takes root. Everything that is started ends with this, and mounts are seen by nothing else.
+set -eu
+if [ "${1:-}" != --inside ]; then
+    exec unshare --mount --pid --fork --kill-child "$0" --inside "$@"
+fi
+root=$2
+packages=$3
+source=$(cd "$(dirname "$0")/.." && pwd)
+mount -t proc proc "$root/proc"
+cp /etc/resolv.conf "$root/etc/"
+echo "127.0.0.1 localhost" >"$root/etc/hosts"
+cp -r "$packages" "$root/tmp/packages"
+cp -r "$source/samples" "$source/tests/package" "$root/tmp/"
+
+inside() {
+    chroot "$root" /usr/bin/env -i HOME=/root LC_ALL=C.UTF-8 PATH=/usr/sbin:/usr/bin:/sbin:/bin \
+        DEBIAN_FRONTEND=noninteractive QT_QPA_PLATFORM=offscreen "$@"
+}
+install() {
+    inside sh -c "apt-get install -yq --no-install-recommends $*" >"$root/tmp/apt.log" 2>&1 ||
+        { cat "$root/tmp/apt.log"; exit 1; }
+}
+step() { echo "-- $*"; }
+fail() { echo "FAILED: $*" >&2; exit 1; }
+
+# A command line that runs as somebody else.
+as() {
+    echo "setpriv --reuid $1 --regid $(inside id -gn "$1") --init-groups --no-new-privs"
+}
+
+step "install the programs; the libraries come along"
+inside apt-get update -q >"$root/tmp/apt.log" 2>&1 || { cat "$root/tmp/apt.log"; exit 1; }
+install '/tmp/packages/songlrc_*.deb /tmp/packages/libqvsonglrc1_*.deb'
+inside dpkg -l libqvsonglrc-dev 2>/dev/null | grep -q '^ii' && fail "libqvsonglrc-dev came along"
+
+step "run the command and open the editor"
+inside songlrc parse /tmp/samples/the-star.lrc | head -n 3
+status=0
+inside HOME=/tmp timeout 3 songlrc-editor /tmp/samples/the-star.lrc 2>/dev/null || status=$?
+[ "$status" = 124 ] || fail "songlrc-editor ended with $status"
+
+step "start the service as its unit does, and ask it as somebody else"
+unit=$root/usr/lib/systemd/system/songlrc-service.service
+value() { sed -n "s/^$1=//p" "$unit" | sed 's,%S,/var/lib,g'; }
+user=$(value User)
+for folder in $(value StateDirectory); do # what systemd does first
+    chroot "$root" install -d -o "$user" -g "$user" "/var/lib/$folder"
+done
+cp "$source/samples/auld-lang-syne.lrc" "$root/var/lib/songlrc-service/library/"
+# Without a network but loopback, where the unit's port is free.
+unshare --net sh -euc "ip link set lo up; chroot '$root' sh -eu" <<TEXT
+    $(as "$user") $(value ExecStart) >/tmp/service.log &
+    service=\$!
+    for i in \$(seq 100); do ! grep -q ^url: /tmp/service.log || break; sleep 0.1; done
+    $(as nobody) songlrc search --title syne --service localhost:8443 \
+        --ca-file /var/lib/songlrc-service/authority.pem
+    if $(as nobody) cat /var/lib/songlrc-service/server-key.pem 2>/dev/null; then exit 1; fi
+    kill \$service
+    wait \$service
+TEXT
+
+step "build programs with the development package"
+install '/tmp/packages/libqvsonglrc-dev_*.deb'
+install cmake g++ make pkg-config
+inside sh -euc 'cmake -S /tmp/package/consumer -B /tmp/consumer && cmake --build /tmp/consumer &&
+    ctest --test-dir /tmp/consumer --output-on-failure' >"$root/tmp/build.log" 2>&1 || { cat "$root/tmp/build.log"; exit 1; }
+tail -n 3 "$root/tmp/build.log"
+inside /tmp/package/pkg-config.sh g++ "" /tmp/pkgconfig 2>"$root/tmp/build.log" || { cat "$root/tmp/build.log"; exit 1; }
+
+step "remove and purge them"
+names="songlrc libqvsonglrc1 libqvsonglrc-dev"
+inside sh -c "dpkg -L $names" | grep '^/[^.]' | sort -u >"$root/tmp/owned"
+# shellcheck disable=SC2086 # a list of words
+inside apt-get purge -yq $names >"$root/tmp/apt.log" 2>&1 || { cat "$root/tmp/apt.log"; exit 1; }
+library=$root/var/lib/songlrc-service/library
+[ -e "$library/auld-lang-syne.lrc" ] || fail "purging has deleted the administrator's lyrics"
+rm -r "$root/var/lib/songlrc-service"
+
+while read -r path; do
+    if [ ! -d "$root$path" ]; then
+        [ ! -e "$root$path" ] || fail "$path is left"
+    elif ! inside dpkg -S "$path" >/dev/null 2>&1; then
+        fail "the folder $path is left"
+    fi
+done <"$root/tmp/owned"
+left=$(cd "$root" && find . -xdev \( -path ./tmp -o -path ./proc \) -prune -o -iname '*songlrc*' -print)
+[ -z "$left" ] || fail "left: $left"
+! grep -i songlrc "$root/etc/passwd" "$root/etc/group" "$root/etc/shadow" "$root/var/lib/dpkg/status" ||
+    fail "names are left"
+step "all is well"

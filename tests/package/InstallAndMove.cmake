@@ -1,0 +1,7 @@
+# Installs BINARY_DIR into a folder and moves that to PREFIX, so that nothing can lean on where it was installed.
+file(REMOVE_RECURSE ${PREFIX} ${PREFIX}.before)
+execute_process(
+    COMMAND ${CMAKE_COMMAND} --install ${BINARY_DIR} --prefix ${PREFIX}.before
+    OUTPUT_QUIET
+    COMMAND_ERROR_IS_FATAL ANY)
+file(RENAME ${PREFIX}.before ${PREFIX})

@@ -1,0 +1,15 @@
+#!/bin/sh
+# usage: pkg-config.sh COMPILER PKG_CONFIG_FOLDER BUILD_FOLDER
+# Builds and runs a program with each of the libraries, by what pkg-config says.
+set -eu
+compiler=$1
+export PKG_CONFIG_PATH="$2"
+build=$3
+mkdir -p "$build"
+for library in Core Lookup Dialog; do
+    program=$(echo "$library" | tr '[:upper:]' '[:lower:]')
+    # shellcheck disable=SC2046 # a list of words
+    "$compiler" -std=c++20 "$(dirname "$0")/consumer/$program.cpp" -o "$build/$program" \
+        $(pkg-config --cflags --libs "QVSongLrc$library")
+    LD_LIBRARY_PATH=$(pkg-config --variable=libdir "QVSongLrc$library") "$build/$program"
+done

@@ -1,0 +1,617 @@
+// SPDX-License-Identifier: MIT
+
+// The editor's window, used by keys and clicks; its files, its recovery, and its answer to long songs.
+
+#include "EditorDriver.h"
+#include "host/ClockBar.h"
+#include "host/Recovery.h"
+
+#include <QVSongLrc/QVUtils.h>
+
+#include <QComboBox>
+#include <QDir>
+#include <QDragEnterEvent>
+#include <QFile>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QSettings>
+#include <QSlider>
+#include <QTemporaryDir>
+#include <QToolBar>
+#include <QWidgetAction>
+
+#include <csignal>
+#include <ctime>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString Song = u"[ti:Song]\n[ar:A]\n[00:01.00]one\n[00:02.00][00:09.00]two\nthree\n"_s;
+
+using Act = std::function<void(EditorDriver &)>;
+
+// A debugger's or a sanitizer's build is not what people edit with.
+#if defined(NDEBUG) && !defined(__SANITIZE_ADDRESS__)
+constexpr double MostMs = 50;
+#else
+constexpr double MostMs = 1500;
+#endif
+
+// What this thread has worked, whatever else the machine does: nothing that a key does may wait for anything.
+double threadMs()
+{
+    timespec time{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Act)
+
+class TestEditor : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                           m_directory.filePath(u"settings"_s));
+        qputenv("XDG_DATA_HOME", m_directory.filePath(u"data"_s).toLocal8Bit());
+        QCoreApplication::setOrganizationName(u"QVSongLrc"_s);
+        QCoreApplication::setApplicationName(u"songlrc-editor"_s);
+    }
+
+    // No test waits for ever on a dialog that it doesn't expect.
+    void init()
+    {
+        m_watchdog.callOnTimeout([] { qFatal("a test takes too long"); });
+        m_watchdog.setSingleShot(true);
+        m_watchdog.start(60'000);
+    }
+
+    void cleanup()
+    {
+        m_watchdog.stop();
+        m_watchdog.disconnect();
+        QSettings().clear();
+        QCOMPARE(Recovery::left(), QStringList()); // no window that closed in order leaves one
+    }
+
+    void undoesEverything_data()
+    {
+        QTest::addColumn<Act>("act");
+        QTest::addColumn<QString>("text");
+        const auto row = [](const char *name, const Act &act, const QString &text) {
+            QTest::newRow(name) << act << text;
+        };
+        row(
+            "text", [](auto &e) { e.type(2, 2, u"[un]:1"_s); },
+            u"[ti:Song]\n[ar:A]\n[00:01.00][un]:1\n[00:02.00][00:09.00]two\nthree\n"_s);
+        row(
+            "a property's value, colons and all", [](auto &e) { e.type(1, 2, u"B: C:D"_s); },
+            u"[ti:Song]\n[ar:B: C:D]\n[00:01.00]one\n[00:02.00][00:09.00]two\nthree\n"_s);
+        row(
+            "times, without brackets", [](auto &e) { e.type(4, 0, u"1:02.50"_s); },
+            u"[ti:Song]\n[ar:A]\n[00:01.00]one\n[00:02.00][00:09.00]two\n[01:02.50]three\n"_s);
+        row(
+            "one time more and one less",
+            [](auto &e) {
+                e.type(2, 0, u"[00:01.00][00:03.00] [00:05.00]"_s);
+                e.type(3, 0, u"[00:09.00]"_s);
+            },
+            u"[ti:Song]\n[ar:A]\n[00:01.00][00:03.00][00:05.00]one\n[00:09.00]two\nthree\n"_s);
+        row(
+            "no times", [](auto &e) { e.type(3, 0, u""_s); },
+            u"[ti:Song]\n[ar:A]\n[00:01.00]one\ntwo\nthree\n"_s);
+        row(
+            "a lyric line to a property", [](auto &e) { e.type(4, 1, u"by"_s); },
+            u"[ti:Song]\n[ar:A]\n[00:01.00]one\n[00:02.00][00:09.00]two\n[by:three]\n"_s);
+        row(
+            "a property to a lyric line", [](auto &e) { e.type(0, 1, u"Lyric"_s); },
+            u"Song\n[ar:A]\n[00:01.00]one\n[00:02.00][00:09.00]two\nthree\n"_s);
+        row(
+            "insert",
+            [](auto &e) {
+                e.select(2);
+                e.key(Qt::Key_Insert);
+                QTest::keyClicks(QApplication::focusWidget(), u"new"_s);
+                e.press(Qt::Key_Return);
+            },
+            u"[ti:Song]\n[ar:A]\n[00:01.00]one\nnew\n[00:02.00][00:09.00]two\nthree\n"_s);
+        row(
+            "delete some that lie apart",
+            [](auto &e) {
+                e.select(1);
+                for (const int line : {3, 4}) {
+                    const QRect cell = e.table->visualRect(e.table->model()->index(line, 2));
+                    QTest::mouseClick(e.table->viewport(), Qt::LeftButton, Qt::ControlModifier,
+                                      cell.center());
+                }
+                e.key(Qt::Key_Delete);
+            },
+            u"[ti:Song]\n[00:01.00]one\n"_s);
+        row(
+            "delete all",
+            [](auto &e) {
+                QTest::keyClick(e.table, Qt::Key_A, Qt::ControlModifier);
+                e.key(Qt::Key_Delete);
+            },
+            u""_s);
+        row(
+            "move by an amount",
+            [](auto &e) {
+                e.select(2, 3);
+                inDialogs([&] { e.key(Qt::Key_M, Qt::ControlModifier); }, {enter(u"-1500"_s)});
+            },
+            u"[ti:Song]\n[ar:A]\n[00:00.00]one\n[00:00.50][00:07.50]two\nthree\n"_s);
+        row(
+            "nudge",
+            [](auto &e) {
+                e.select(2);
+                e.key(Qt::Key_Right, Qt::AltModifier | Qt::ShiftModifier);
+                e.key(Qt::Key_Right, Qt::AltModifier | Qt::ShiftModifier);
+                e.key(Qt::Key_Right, Qt::AltModifier);
+                e.key(Qt::Key_Left, Qt::AltModifier | Qt::ShiftModifier);
+                e.key(Qt::Key_Left, Qt::AltModifier);
+                e.key(Qt::Key_Left, Qt::AltModifier);
+            },
+            u"[ti:Song]\n[ar:A]\n[00:01.09]one\n[00:02.00][00:09.00]two\nthree\n"_s);
+        row(
+            "nudge twice what is selected, of which the current line is no part",
+            [](auto &e) {
+                e.select(2, 4);
+                const QRect cell = e.table->visualRect(e.table->model()->index(4, 2));
+                QTest::mouseClick(e.table->viewport(), Qt::LeftButton, Qt::ControlModifier, cell.center());
+                e.key(Qt::Key_Right, Qt::AltModifier);
+                e.key(Qt::Key_Right, Qt::AltModifier);
+            },
+            u"[ti:Song]\n[ar:A]\n[00:01.02]one\n[00:02.02][00:09.02]two\nthree\n"_s);
+        row(
+            "stamp two lines",
+            [](auto &e) {
+                e.window->template findChild<QSlider *>(u"clockSlider"_s)->setValue(7500);
+                e.select(3);
+                e.key(Qt::Key_F8);
+                e.key(Qt::Key_F8);
+            },
+            u"[ti:Song]\n[ar:A]\n[00:01.00]one\n[00:07.50][00:09.00]two\n[00:07.50]three\n"_s);
+        row(
+            "commands take along what is being typed",
+            [](auto &e) {
+                e.type(2, 2, u"un"_s, false);
+                QTest::keyClick(QApplication::focusWidget(), Qt::Key_F8);
+                e.type(3, 2, u"deux"_s, false);
+                QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right, Qt::AltModifier);
+            },
+            u"[ti:Song]\n[ar:A]\n[00:00.00]un\n[00:02.01][00:09.01]deux\nthree\n"_s);
+        row(
+            "maker mark", [](auto &e) { e.key(Qt::Key_K, Qt::ControlModifier); },
+            u"[ti:Song]\n[ar:A]\n[00:00.30]Maker Tool: Quendle\n[00:00.70]https://%1\n"
+            "[00:01.00]one\n[00:02.00][00:09.00]two\nthree\n"_s.arg(QStringLiteral(MAKER_HOST)));
+    }
+    void undoesEverything()
+    {
+        QFETCH(const Act, act);
+        QFETCH(const QString, text);
+        EditorDriver editor(file(u"song.lrc"_s, Song.toUtf8()));
+        act(editor);
+        QCOMPARE(editor.text(), text);
+        QCOMPARE(editor.window->isWindowModified(), text != Song);
+        for (int i = 0; i < 10; ++i)
+            editor.key(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(editor.text(), Song);
+        QVERIFY(!editor.window->isWindowModified());
+        for (int i = 0; i < 10; ++i)
+            editor.key(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(editor.text(), text);
+    }
+
+    void answersKeysOnALongSongInTime_data()
+    {
+        QTest::addColumn<Act>("prepare");
+        QTest::addColumn<Act>("press");
+        const auto row = [](const char *name, const Act &prepare, const Act &press) {
+            QTest::newRow(name) << prepare << press;
+        };
+        const auto toMiddle = [](auto &e) { e.select(10'000); };
+        const auto selectAll = [](auto &e) { QTest::keyClick(e.table, Qt::Key_A, Qt::ControlModifier); };
+        row(
+            "a letter", [](auto &e) { e.type(10'000, 2, u"so"_s, false); },
+            [](auto &) { QTest::keyClick(QApplication::focusWidget(), Qt::Key_X); });
+        row(
+            "Enter",
+            [](auto &e) { e.type(10'000, 2, u"%1"_s.arg(QRandomGenerator::global()->generate()), false); },
+            [](auto &e) { e.press(Qt::Key_Return); });
+        row("nudge a line", toMiddle, [](auto &e) { e.key(Qt::Key_Right, Qt::AltModifier); });
+        row("nudge all", selectAll, [](auto &e) { e.key(Qt::Key_Right, Qt::AltModifier); });
+        row("insert", toMiddle, [](auto &e) { e.key(Qt::Key_Insert); });
+        row("delete a line", toMiddle, [](auto &e) { e.key(Qt::Key_Delete); });
+        row(
+            "stamp",
+            [](auto &e) {
+                e.key(Qt::Key_F7);
+                e.select(10'000);
+            },
+            [](auto &e) { e.key(Qt::Key_F8); });
+        row(
+            "undo", [](auto &e) { e.key(Qt::Key_Delete); },
+            [](auto &e) { e.key(Qt::Key_Z, Qt::ControlModifier); });
+        row("down", toMiddle, [](auto &e) { QTest::keyClick(e.table, Qt::Key_Down); });
+    }
+    void answersKeysOnALongSongInTime()
+    {
+        QFETCH(const Act, prepare);
+        QFETCH(const Act, press);
+        QByteArray song = "[ti:Long]\n";
+        for (int i = 0; i < 20'000; ++i)
+            song +=
+                u"[%1]some words that are sung, number %2\n"_s.arg(QVUtils::getTimeIntervalMMSSMSStr(i * 250))
+                    .arg(i)
+                    .toUtf8();
+        EditorDriver editor(file(u"long.lrc"_s, song), EditorDriver::Unwatched);
+        QCOMPARE(editor.table->model()->rowCount(), 20'001);
+        QList<double> ms;
+        for (int i = 0; i < 7; ++i) {
+            prepare(editor);
+            QCoreApplication::processEvents();
+            const double start = threadMs();
+            press(editor);
+            QCoreApplication::processEvents(); // what it has to paint
+            ms += threadMs() - start;
+        }
+        std::sort(ms.begin(), ms.end());
+        qInfo("median %.1f ms, slowest %.1f ms", ms[3], ms[6]);
+        QVERIFY2(ms[3] < MostMs, QByteArray::number(ms[3]).constData());
+        discard(editor);
+    }
+
+    // "Saved" means what is on disk, byte for byte: encodings, marks and line ends are the file's own.
+    void savesInTheFilesOwnForm_data()
+    {
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QByteArray>("after");
+        QTest::newRow("UTF-8") << "[00:01.00]\xC3\xA4\n"_ba << u"ö"_s << "[00:01.00]\xC3\xB6\n"_ba;
+        QTest::newRow("UTF-8 with a mark")
+            << "\xEF\xBB\xBF[00:01.00]a\n"_ba << u"b"_s << "\xEF\xBB\xBF[00:01.00]b\n"_ba;
+        QTest::newRow("UTF-16") << "\xFF\xFE[\0t\0i\0:\0a\0]\0\n\0"_ba << u"b"_s
+                                << "\xFF\xFE[\0t\0i\0:\0b\0]\0\n\0"_ba;
+        const QByteArray sakura = bytesOf(QStringLiteral(SAMPLES "/sakura-sakura.lrc"));
+        const qsizetype title = sakura.indexOf("[ti:") + 4;
+        QTest::newRow("Shift_JIS") << sakura << u"さ"_s
+                                   << "[ti:\x82\xB3" + sakura.sliced(sakura.indexOf(']', title));
+        QTest::newRow("CR LF") << "[00:01.00]a\r\n[00:02.00]b\r\n"_ba << u"c"_s
+                               << "[00:01.00]c\r\n[00:02.00]b\r\n"_ba;
+    }
+    void savesInTheFilesOwnForm()
+    {
+        QFETCH(const QByteArray, before);
+        QFETCH(const QString, typed);
+        const QString name = file(u"song.lrc"_s, before);
+        EditorDriver editor(name);
+        editor.type(0, 2, typed, false); // what is still being typed is saved too
+        editor.key(Qt::Key_S, Qt::ControlModifier);
+        QTEST(bytesOf(name), "after");
+        QVERIFY(!editor.window->isWindowModified());
+        QVERIFY(editor.window->close());
+    }
+
+    void offersUtf8ForWhatTheEncodingLacks()
+    {
+        const QString name = file(u"song.lrc"_s, "[00:01.00]caf\xE9 cr\xE8me, d\xE9j\xE0 vu\n");
+        EditorDriver editor(name);
+        editor.type(0, 2, u"歌"_s);
+        inDialogs([&] { editor.key(Qt::Key_S, Qt::ControlModifier); }, {press(u"Cancel"_s)});
+        QCOMPARE(bytesOf(name), "[00:01.00]caf\xE9 cr\xE8me, d\xE9j\xE0 vu\n"_ba);
+        inDialogs([&] { editor.key(Qt::Key_S, Qt::ControlModifier); }, {press(u"Yes"_s)});
+        QCOMPARE(bytesOf(name), u"[00:01.00]歌\n"_s.toUtf8());
+    }
+
+    void savesAsAndOpens()
+    {
+        EditorDriver editor;
+        const QString first = m_directory.filePath(u"first.lrc"_s);
+        editor.key(Qt::Key_Insert);
+        QTest::keyClicks(QApplication::focusWidget(), u"words"_s);
+        inDialogs([&] { editor.key(Qt::Key_S, Qt::ControlModifier); },
+                  {enter(first)}); // a song without a file
+        QCOMPARE(bytesOf(first), "words\n"_ba);
+        QVERIFY2(editor.window->windowTitle().contains(u"first.lrc"_s),
+                 qPrintable(editor.window->windowTitle()));
+
+        const QString second = file(u"second.lrc"_s, Song.toUtf8());
+        inDialogs([&] { editor.key(Qt::Key_O, Qt::ControlModifier); }, {enter(second)});
+        QCOMPARE(editor.text(), Song);
+        QCoreApplication::processEvents();
+        editor.key(Qt::Key_2, Qt::ControlModifier); // the recent file before this one
+        QCOMPARE(editor.text(), u"words\n"_s);
+        QVERIFY(QFile::remove(second));
+        QCoreApplication::processEvents();
+        inDialogs([&] { editor.key(Qt::Key_2, Qt::ControlModifier); }, {press(u"OK"_s)});
+        QCOMPARE(editor.text(), u"words\n"_s);
+        editor.key(Qt::Key_N, Qt::ControlModifier);
+        QCOMPARE(editor.text(), u""_s);
+    }
+
+    void opensADroppedFile()
+    {
+        const QString name = file(u"song.lrc"_s, Song.toUtf8());
+        EditorDriver editor;
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(name)});
+        // On the table, which is where people drop it, and which leaves it to the window.
+        const QPoint at(5, 5);
+        QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(editor.table->viewport(), &enter);
+        QVERIFY(enter.isAccepted());
+        QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(editor.table->viewport(), &drop);
+        QTRY_COMPARE(editor.text(), Song);
+    }
+
+    // Whatever the user says, a song that was changed goes only when they say so, or when it is saved.
+    void guardsUnsavedChanges()
+    {
+        const QString directory = m_directory.filePath(u"gone"_s);
+        QVERIFY(QDir().mkpath(directory));
+        const QString name = file(u"gone/song.lrc"_s, Song.toUtf8());
+        const QString other = file(u"other.lrc"_s, "other\n");
+        EditorDriver editor(name);
+        editor.type(4, 2, u"changed"_s);
+        const QString changed = editor.text();
+        const auto close = [&] { editor.window->close(); };
+
+        inDialogs(close, {press(u"Cancel"_s)});
+        inDialogs([&] { editor.window->open(other); }, {press(u"Cancel"_s)});
+        inDialogs([&] { editor.key(Qt::Key_N, Qt::ControlModifier); }, {press(u"Cancel"_s)});
+        QVERIFY(QDir(directory).removeRecursively());
+        inDialogs(close, {press(u"Save"_s), press(u"OK"_s)}); // which fails
+        QVERIFY(editor.window->isVisible() && editor.window->isWindowModified());
+        QCOMPARE(editor.text(), changed);
+        // Where nothing fits any more.
+        inDialogs([&] { editor.key(Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier); },
+                  {enter(u"/dev/full"_s), press(u"Yes"_s), press(u"OK"_s)});
+        QVERIFY(editor.window->isWindowModified());
+        QVERIFY2(editor.window->windowTitle().contains(u"song.lrc"_s), "a failed save renames nothing");
+
+        QVERIFY(QDir().mkpath(directory));
+        inDialogs(close, {press(u"Save"_s)});
+        QVERIFY(!editor.window->isVisible());
+        QCOMPARE(bytesOf(name), changed.toUtf8());
+
+        // What was saved, but is there no more.
+        editor.window->show();
+        QVERIFY(QFile::remove(name));
+        inDialogs(close, {press(u"Save"_s)});
+        QCOMPARE(bytesOf(name), changed.toUtf8());
+    }
+
+    void warnsOfAFileThatChangedOnDisk()
+    {
+        const QString name = file(u"song.lrc"_s, Song.toUtf8());
+        EditorDriver editor(name);
+        editor.type(4, 2, u"mine"_s);
+        file(u"song.lrc"_s, "theirs\n");
+        inDialogs([&] { editor.key(Qt::Key_S, Qt::ControlModifier); }, {press(u"Cancel"_s)});
+        QCOMPARE(bytesOf(name), "theirs\n"_ba);
+        QVERIFY(editor.window->isWindowModified());
+        inDialogs([&] { editor.key(Qt::Key_S, Qt::ControlModifier); }, {press(u"Save"_s)});
+        QVERIFY(bytesOf(name).endsWith("mine\n"));
+        // Once the window is come back to, it offers to read the file again.
+        file(u"song.lrc"_s, "theirs again\n");
+        QWidget other;
+        other.show();
+        other.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+        inDialogs(
+            [&] {
+                editor.window->activateWindow();
+                QTRY_COMPARE(editor.text(), u"theirs again\n"_s);
+            },
+            {press(u"Yes"_s)});
+    }
+
+    void goesOnWithoutARecoveryFile()
+    {
+        const QByteArray home = qgetenv("XDG_DATA_HOME");
+        qputenv("XDG_DATA_HOME", file(u"no directory"_s, {}).toLocal8Bit());
+        const QString name = file(u"song.lrc"_s, Song.toUtf8());
+        {
+            EditorDriver editor(name);
+            editor.type(4, 2, u"changed"_s);
+            const auto *const warning = editor.window->statusBar()->findChild<QLabel *>(u"warning"_s);
+            QTRY_VERIFY(warning->text().contains(u"no directory"_s));
+            editor.key(Qt::Key_S, Qt::ControlModifier);
+            QVERIFY(bytesOf(name).endsWith("changed\n"));
+        }
+        qputenv("XDG_DATA_HOME", home);
+    }
+
+    void recoversWhatWasLeft()
+    {
+        const QString name = file(u"song.lrc"_s,
+                                  "\xFF\xFE"
+                                  "a\0\r\0\n\0"_ba);
+        EditorDriver first(name);
+        first.type(0, 2, u"歌"_s);
+        const QDir folder(qEnvironmentVariable("XDG_DATA_HOME") + u"/QVSongLrc/songlrc-editor/recovery"_s);
+        QTRY_COMPARE(folder.entryList({u"*.json"_s}).size(), 1);
+        QCOMPARE(Recovery::left(), QStringList()); // its program lives
+        // As if it had ended: a copy, which nobody holds.
+        const QString left = folder.filePath(u"left.json"_s);
+        QVERIFY(QFile::copy(folder.filePath(folder.entryList({u"*.json"_s}).first()), left));
+        QCOMPARE(Recovery::left(), QStringList(left));
+        discard(first);
+
+        EditorDriver second;
+        QVERIFY(second.window->recover(left));
+        QVERIFY(!EditorWindow().recover(left)); // one at a time
+        QCOMPARE(second.text(), u"歌\n"_s);
+        QVERIFY(second.window->isWindowModified());
+        file(u"song.lrc"_s,
+             "\xFF\xFE"
+             "b\0\r\0\n\0"_ba); // meanwhile
+        inDialogs([&] { second.key(Qt::Key_S, Qt::ControlModifier); }, {press(u"Save"_s)});
+        QCOMPARE(bytesOf(name), "\xFF\xFE\x4C\x6B\r\0\n\0"_ba);
+        QVERIFY(!QFile::exists(left));
+
+        const QString broken = folder.filePath(u"broken.json"_s);
+        QVERIFY(QFile::copy(name, broken));
+        QVERIFY(!EditorWindow().recover(broken));
+        QVERIFY(QFile::exists(broken)); // it may be worth something to somebody
+        Recovery::discard(broken);
+    }
+
+    void refusesWhatIsNoTimeOrKey()
+    {
+        const QString name = file(u"song.lrc"_s, Song.toUtf8());
+        EditorDriver editor(name);
+        for (const auto &[column, typed] : {std::pair(0, u"soon"_s),
+                                            {0, u"[00:01.00"_s},
+                                            {0, u"[00:01.00]x"_s},
+                                            {0, u"[x[00:01.00]"_s},
+                                            {1, u"title"_s}}) {
+            editor.type(2, column, typed);
+            QVERIFY2(editor.message().contains(typed), qPrintable(typed));
+            QCOMPARE(editor.text(), Song);
+        }
+        editor.select(2); // a tag has two digits for the minutes
+        inDialogs([&] { editor.key(Qt::Key_M, Qt::ControlModifier); }, {enter(u"5999000"_s)});
+        QVERIFY(editor.message().contains(u"99:59.99"_s));
+        QCOMPARE(editor.text(), Song);
+        editor.select(0); // a property has no time
+        editor.key(Qt::Key_F8);
+        QVERIFY(!editor.window->isWindowModified());
+        editor.type(2, 2, u"a\nb"_s); // as it may be pasted
+        QCOMPARE(editor.table->model()->rowCount(), 5);
+        discard(editor);
+    }
+
+    void showsWhereTheClockIs()
+    {
+        EditorDriver editor(file(u"song.lrc"_s, Song.toUtf8()));
+        QCOMPARE(editor.preview(), u"[ti:Song]\n[00:01.00]one\n[ar:A]\n[00:02.00]two\n[00:09.00]two\n"_s);
+        editor.key(Qt::Key_T, Qt::ControlModifier);
+        QCOMPARE(editor.preview(), u"Song\none\nA\ntwo\ntwo\n"_s);
+        editor.key(Qt::Key_T, Qt::ControlModifier);
+        QCOMPARE(editor.highlighted("preview"), QString());
+        editor.key(Qt::Key_F7); // 5 seconds on
+        QCOMPARE(editor.highlighted("preview"), u"[00:02.00]two"_s);
+        editor.key(Qt::Key_F7, Qt::ShiftModifier);
+        editor.key(Qt::Key_F5);
+        QTRY_COMPARE_WITH_TIMEOUT(editor.highlighted("preview"), u"[00:09.00]two"_s, 10'000);
+        editor.key(Qt::Key_F5);
+        auto *const slider = editor.window->findChild<QSlider *>(u"clockSlider"_s);
+        const int stopped = slider->value();
+        QTest::qWait(100);
+        QCOMPARE(slider->value(), stopped);
+        QTest::mouseClick(
+            editor.view("preview")->viewport(), Qt::LeftButton, {},
+            editor.view("preview")->visualRect(editor.view("preview")->model()->index(1, 0)).center());
+        QCOMPARE(slider->value(), 1000);
+
+        editor.select(3); // the text goes with the table, and the table with the text
+        QCOMPARE(editor.highlighted("text"), u"[00:02.00][00:09.00]two"_s);
+        QTest::keyClick(editor.view("text"), Qt::Key_Down);
+        QCOMPARE(editor.table->currentIndex().row(), 4);
+        editor.key(Qt::Key_F8);
+        QCOMPARE(editor.highlighted("text"), u"[00:01.00]three"_s);
+        discard(editor);
+    }
+
+    // Whatever its time is in seconds, and however late.
+    void seeksToTheLineThatIsClicked_data()
+    {
+        QTest::addColumn<QString>("tag");
+        QTest::newRow("less than its ms in binary seconds") << u"[01:04.10]"_s;
+        QTest::newRow("the latest") << u"[99:59.99]"_s;
+    }
+    void seeksToTheLineThatIsClicked()
+    {
+        QFETCH(const QString, tag);
+        EditorDriver editor(file(u"song.lrc"_s, "[00:01.00]a\n" + tag.toUtf8() + "b\n"));
+        auto *const preview = editor.view("preview");
+        QTest::mouseClick(preview->viewport(), Qt::LeftButton, {},
+                          preview->visualRect(preview->model()->index(1, 0)).center());
+        editor.key(Qt::Key_T, Qt::ControlModifier); // which highlights anew, by the clock
+        QCOMPARE(editor.highlighted("preview"), u"b"_s);
+        editor.key(Qt::Key_F7);
+        QCOMPARE(editor.highlighted("preview"), u"b"_s);
+    }
+
+    void runsAtItsSpeed()
+    {
+        Clock clock;
+        clock.setSpeed(20);
+        clock.setPlaying(true);
+        QTRY_VERIFY(clock.now() >= 2000);
+        clock.setSpeed(0.001); // what has passed stays
+        QVERIFY(clock.now() >= 2000 && clock.now() < 60'000);
+        clock.seek(-5);
+        QCOMPARE(clock.now(), 0);
+    }
+
+    void givesEveryCommandAMenuAShortcutAndATip()
+    {
+        const QString name = file(u"song.lrc"_s, Song.toUtf8());
+        EditorDriver editor(name);
+        QCoreApplication::processEvents();
+        QSet<QKeySequence> keys;
+        QList<QMenu *> menus =
+            editor.window->menuBar()->findChildren<QMenu *>() + editor.window->findChildren<QMenu *>();
+        QSet<QAction *> commands;
+        for (const QMenu *const menu : std::as_const(menus)) {
+            for (QAction *const action : menu->actions()) {
+                if (!action->isSeparator() && !action->menu())
+                    commands += action;
+            }
+        }
+        QVERIFY2(commands.size() > 20, QByteArray::number(commands.size()).constData());
+        for (const QAction *const command : std::as_const(commands)) {
+            QVERIFY2(!command->shortcut().isEmpty() && !keys.contains(command->shortcut()),
+                     qPrintable(command->text()));
+            QVERIFY2(command->toolTip().size() > command->text().size(), qPrintable(command->text()));
+            keys += command->shortcut();
+        }
+        for (auto *const bar : editor.window->findChildren<QToolBar *>()) {
+            for (QAction *const action : bar->actions())
+                QVERIFY(action->isSeparator() || qobject_cast<QWidgetAction *>(action)
+                        || commands.contains(action));
+        }
+    }
+
+private:
+    static void discard(EditorDriver &editor)
+    {
+        if (editor.window->isWindowModified())
+            inDialogs([&] { QVERIFY(editor.window->close()); }, {press(u"Discard"_s)});
+    }
+
+    QString file(const QString &name, const QByteArray &bytes) const
+    {
+        const QString path = m_directory.filePath(name);
+        QFile out(path);
+        if (!out.open(QIODevice::WriteOnly) || out.write(bytes) != bytes.size())
+            qFatal("can't write %s", qPrintable(path));
+        return path;
+    }
+
+    static QByteArray bytesOf(const QString &path)
+    {
+        QFile in(path);
+        return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray("no such file");
+    }
+
+    QTemporaryDir m_directory;
+    QTimer m_watchdog;
+};
+
+QTEST_MAIN(TestEditor)
+#include "tst_editor.moc"
