@@ -23,7 +23,7 @@ listed() {
     awk -v soname="$1" '/^[^ ]/ { is_in = $1 == soname } /^ / && is_in { sub("@Base", "", $1); print $1, $2 }' "$list"
 }
 
-[ -e "$list" ] || : >"$list"
+[ -e "$list" ] || [ "$command" != update ] || : >"$list"
 for library in "$@"; do
     name=$(soname "$library")
     nm -D --defined-only "$library" | awk '{ print $NF }' | LC_ALL=C sort >"$work/exported"
