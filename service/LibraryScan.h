@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "SongIndexWriter.h"
+
 #include <QDir>
 #include <QFileSystemWatcher>
 #include <QHash>
 #include <QObject>
-#include <QSqlDatabase>
 #include <QTimer>
 
 class QFileInfo;
@@ -23,7 +24,6 @@ class LibraryScan : public QObject
 
 public:
     LibraryScan(const QString &library, const QString &indexFile);
-    ~LibraryScan() override;
 
     /// Opens the index, makes it when it is missing, damaged or of another library, and scans.
     void start();
@@ -35,31 +35,20 @@ Q_SIGNALS:
     void failed(const QString &why);
 
 private:
-    struct Stamp
-    {
-        qint64 id = 0;
-        qint64 size = 0;
-        qint64 modified = 0; // ms since 1970
-    };
-    using Stamps = QHash<QString, Stamp>;
+    using Stamp = SongIndexWriter::Stamp;
+    using Entry = SongIndexWriter::Entry;
+    using Entries = QHash<QString, Entry>;
 
-    void openIndex();
-    void discardIndex();
     void rescan();
     void scan();
-    bool walk(Stamps &known, QStringList &directories);
-    void update(const QFileInfo &file, const QString &path, const Stamp &old);
+    bool walk(Entries &known, QStringList &directories);
+    void update(const QFileInfo &file, const QString &path, qint64 oldId);
     void tell(const QString &path, const Stamp &stamp, const QString &why);
-    void remove(qint64 id);
-    void execute(const QString &statement, const QVariantList &values = {});
     void watch(const QStringList &directories);
 
     const QDir m_library;
-    const QString m_indexFile;
-    QSqlDatabase m_database;
-    Stamps m_unusable; // files that were told, by path
-    qint64 m_lastSerial = 0;
-    int m_pending = 0; // changes in the open transaction
+    SongIndexWriter m_index;
+    QHash<QString, Stamp> m_unusable; // files that were told, by path
     QFileSystemWatcher m_watcher{this};
     QTimer m_soon{this};
     QTimer m_regular{this};
