@@ -8,19 +8,11 @@
 
 namespace {
 
-QByteArray der(const X509 *certificate)
+template <typename T>
+QByteArray der(int (*encode)(const T *, unsigned char **), const T *object)
 {
     unsigned char *bytes = nullptr;
-    const int length = i2d_X509(certificate, &bytes);
-    const QByteArray copy(reinterpret_cast<const char *>(bytes), length);
-    OPENSSL_free(bytes);
-    return copy;
-}
-
-QByteArray der(const EVP_PKEY *key)
-{
-    unsigned char *bytes = nullptr;
-    const int length = i2d_PrivateKey(key, &bytes);
+    const int length = encode(object, &bytes);
     const QByteArray copy(reinterpret_cast<const char *>(bytes), length);
     OPENSSL_free(bytes);
     return copy;
@@ -37,7 +29,7 @@ TestAuthority::TestAuthority()
 
 QSslCertificate TestAuthority::certificate() const
 {
-    return QSslCertificate(der(m_certificate.get()), QSsl::Der);
+    return QSslCertificate(der<X509>(i2d_X509, m_certificate.get()), QSsl::Der);
 }
 
 QSslConfiguration TestAuthority::issue(const char *name, long secondsValid) const
@@ -45,8 +37,8 @@ QSslConfiguration TestAuthority::issue(const char *name, long secondsValid) cons
     const Key key = makeKey();
     const Certificate leaf = sign(key.get(), "Test server", secondsValid, NID_subject_alt_name, name);
     QSslConfiguration configuration;
-    configuration.setLocalCertificate(QSslCertificate(der(leaf.get()), QSsl::Der));
-    configuration.setPrivateKey(QSslKey(der(key.get()), QSsl::Ec, QSsl::Der));
+    configuration.setLocalCertificate(QSslCertificate(der<X509>(i2d_X509, leaf.get()), QSsl::Der));
+    configuration.setPrivateKey(QSslKey(der<EVP_PKEY>(i2d_PrivateKey, key.get()), QSsl::Ec, QSsl::Der));
     return configuration;
 }
 

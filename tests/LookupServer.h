@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "MisbehavingServer.h"
+#include "TestAuthority.h"
+
+#include <QVSongLrc/LyricService.h>
+
+/// The lyric service of the lookups that a test starts: a server that they trust, unless it presents something
+/// else than trusted().
+class LookupServer : public MisbehavingServer
+{
+public:
+    explicit LookupServer(Behaviour behaviour, const QSslConfiguration &configuration = trusted())
+        : MisbehavingServer(configuration, std::move(behaviour))
+    {
+        LyricService::setEndpoint(QStringLiteral("127.0.0.1"), port());
+    }
+
+    static const TestAuthority &authority()
+    {
+        static const TestAuthority theAuthority = [] {
+            TestAuthority made;
+            LyricService::addCertificateAuthority(made.certificate());
+            return made;
+        }();
+        return theAuthority;
+    }
+
+    static const QSslConfiguration &trusted()
+    {
+        static const QSslConfiguration configuration = authority().issue("IP:127.0.0.1");
+        return configuration;
+    }
+};
