@@ -140,6 +140,7 @@ private Q_SLOTS:
                 u"Air"_s, {},
                 [&](const QString &lyric) {
                     m_lyrics += lyric;
+                    QVERIFY(QApplication::activeModalWidget()); // is called before the dialog closes
                     deed();
                 },
                 m_parent.get());
