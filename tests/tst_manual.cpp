@@ -140,7 +140,7 @@ private Q_SLOTS:
             {u"songlrc shift --by "_s, {}},
             {u"songlrc search so"_s, {}},
             {u"songlrc-editor so"_s, {u"song.lrc"_s}},
-            {u"songlrc-service --data fo"_s, {u"folder"_s}},
+            {u"songlrc-service --data "_s, {u"folder"_s}},
             {u"songlrc-service --library=fo"_s, {u"folder"_s}},
         };
         for (auto [call, options] : m_options.asKeyValueRange())

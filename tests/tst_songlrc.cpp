@@ -115,6 +115,9 @@ private Q_SLOTS:
         addCases("songlrc", "keepsBytes");
         QFile shiftJis(QStringLiteral(SAMPLES "/sakura-sakura.lrc"));
         QVERIFY(shiftJis.open(QIODevice::ReadOnly));
+        const QByteArray large =
+            QByteArray("\u6b4c").repeated(30'000) + '\n'; // is converted in several blocks
+        QTest::newRow("large") << QJsonArray{{}, QString::fromLatin1(large)};
         QTest::newRow("Shift_JIS") << QJsonArray{{}, QString::fromLatin1(shiftJis.readAll())};
     }
     void keepsBytes()
@@ -158,6 +161,15 @@ private Q_SLOTS:
         QVERIFY2(isOneLineOfError(result.error), result.error.constData());
         QCOMPARE(content(u"old.lrc"_s), old);
         QCOMPARE(QDir(m_directory.path()).entryList({u"old.lrc*"_s}), QStringList{u"old.lrc"_s});
+    }
+
+    // Which Qt takes for resources.
+    void takesNamesThatBeginWithAColon()
+    {
+        makeFile(u"./:a"_s, "[0:1.0]x");
+        const QString script = u"cd \"$1\" && exec \"$0\" format --in-place :a"_s;
+        QCOMPARE(run(u"/bin/sh"_s, {u"-c"_s, script, QStringLiteral(SONGLRC), m_directory.path()}).status, 0);
+        QCOMPARE(content(u"./:a"_s), "[00:01.00]x\n"_ba);
     }
 
     void writesThroughLinks()
