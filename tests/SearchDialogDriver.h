@@ -20,7 +20,7 @@
 #include <QTimer>
 #include <QUrlQuery>
 
-/// The lyric service, which holds every reply until the test gives it.
+/// The lyric service, which holds every reply until the test gives it. Requests are counted from 1.
 class HoldingService
 {
 public:
@@ -39,19 +39,22 @@ public:
         return m_sockets.size();
     }
 
-    /// What the request before the last \p back ones said in \p field.
-    QString sent(const char *field, qsizetype back = 0) const
+    /// Waits for a request, and tells what it said in \p field.
+    QString sent(qsizetype number, const char *field) const
     {
-        const QByteArray request = m_server.requests().at(asked() - 1 - back);
+        if (!QTest::qWaitFor([=, this] { return asked() >= number; }))
+            return QStringLiteral("nothing was asked");
+        const QByteArray request = m_server.requests().at(number - 1);
         const QByteArray form = request.mid(request.indexOf("\r\n\r\n") + 4).replace('+', ' ');
         return QUrlQuery(QString::fromUtf8(form))
             .queryItemValue(QString::fromUtf8(field), QUrl::FullyDecoded);
     }
 
-    /// Replies to the request before the last \p back ones.
-    void reply(const QByteArray &body, qsizetype back = 0, const QByteArray &status = "200 OK")
+    /// Waits for a request, and replies to it.
+    void reply(qsizetype number, const QByteArray &body, const QByteArray &status = "200 OK")
     {
-        const QPointer<QSslSocket> socket = m_sockets.at(asked() - 1 - back);
+        QTRY_VERIFY(asked() >= number);
+        const QPointer<QSslSocket> socket = m_sockets.at(number - 1);
         QVERIFY(socket); // gone when the client has given up
         QMetaObject::invokeMethod(
             socket.get(), [=] { MisbehavingServer::reply(body, status)(socket); }, Qt::QueuedConnection);
@@ -76,19 +79,6 @@ private:
 /// The dialog as a user meets it: its window and the controls in it.
 struct SearchWindow
 {
-    explicit SearchWindow(QWidget *modal)
-        : window(qobject_cast<QDialog *>(modal))
-        , track(modal->findChild<QLineEdit *>(QStringLiteral("lblTrackName")))
-        , artist(modal->findChild<QLineEdit *>(QStringLiteral("lblArtistName")))
-        , search(modal->findChild<QPushButton *>(QStringLiteral("btnSearch")))
-        , download(modal->findChild<QPushButton *>(QStringLiteral("btnDownload")))
-        , cancel(modal->findChild<QPushButton *>(QStringLiteral("btnCancel")))
-        , indicator(modal->findChild<QProgressBar *>(QStringLiteral("loadingIndicater")))
-        , state(modal->findChild<QLabel *>(QStringLiteral("lblSearchState")))
-        , table(modal->findChild<QTableView *>(QStringLiteral("tableView")))
-    {
-    }
-
     /// The cells of a column, each cut to its first word, in one string.
     QString column(int column) const
     {
@@ -127,15 +117,21 @@ struct SearchWindow
             .arg(state->text());
     }
 
-    QPointer<QDialog> window;
-    QLineEdit *track;
-    QLineEdit *artist;
-    QPushButton *search;
-    QPushButton *download;
-    QPushButton *cancel;
-    QProgressBar *indicator;
-    QLabel *state;
-    QTableView *table;
+    template <typename Control>
+    Control *control(const char *name) const
+    {
+        return window->findChild<Control *>(QString::fromLatin1(name));
+    }
+
+    QPointer<QDialog> window = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+    QLineEdit *track = control<QLineEdit>("lblTrackName");
+    QLineEdit *artist = control<QLineEdit>("lblArtistName");
+    QPushButton *search = control<QPushButton>("btnSearch");
+    QPushButton *download = control<QPushButton>("btnDownload");
+    QPushButton *cancel = control<QPushButton>("btnCancel");
+    QProgressBar *indicator = control<QProgressBar>("loadingIndicater");
+    QLabel *state = control<QLabel>("lblSearchState");
+    QTableView *table = control<QTableView>("tableView");
 };
 
 using Script = std::function<void(SearchWindow &)>;
@@ -155,7 +151,7 @@ popUpWith(const Script &script, const QString &track, const QString &artist = {}
     });
     watchdog.start(30'000);
     QTimer::singleShot(0, &watchdog, [&script] {
-        SearchWindow window(QApplication::activeModalWidget());
+        SearchWindow window;
         window.window->activateWindow();
         if (QTest::qWaitForWindowActive(window.window))
             script(window);

@@ -30,16 +30,14 @@ private Q_SLOTS:
     {
         QStringList losing;
         for (int hundredths = 0; hundredths < 6000; ++hundredths) {
-            const QString text = QString::asprintf("%02d.%02d", hundredths / 100, hundredths % 100);
-            const qint64 time = QVUtils::getTimeInterval(u"[00:"_s + text + u']');
-            if (time != hundredths * 10) {
-                QCOMPARE(time, hundredths * 10 - 1);
-                losing += text;
-            }
+            const QString tag = QString::asprintf("[00:%02d.%02d]", hundredths / 100, hundredths % 100);
+            const qint64 lost = hundredths * 10 - QVUtils::getTimeInterval(tag);
+            QVERIFY2(lost == 0 || lost == 1, qPrintable(tag));
+            if (lost)
+                losing += tag;
         }
         QCOMPARE(losing.size(), 37);
-        for (const char *text : {"02.01", "02.03", "04.02", "04.06", "08.03", "16.06", "32.01", "32.05"})
-            QVERIFY2(losing.contains(QLatin1StringView(text)), text);
+        QCOMPARE(losing.first(3), (QStringList{u"[00:02.01]"_s, u"[00:02.03]"_s, u"[00:04.02]"_s}));
     }
 
     void writesTimes_data() { addCases("utils", "writesTimes"); }
