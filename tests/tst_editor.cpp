@@ -344,6 +344,16 @@ private Q_SLOTS:
         QCOMPARE(editor.text(), u""_s);
     }
 
+    // The lines at the song's end go, the current one with them, and the table moves to another.
+    void opensASongOfFewerButLongerLines()
+    {
+        EditorDriver editor(file(u"song.lrc"_s, Song.toUtf8()));
+        editor.select(4);
+        editor.window->open(file(u"other.lrc"_s, QByteArray(3000, 'x') + "\nend\n"));
+        QCOMPARE(editor.table->currentIndex().row(), 0);
+        QCOMPARE(editor.highlighted("text"), QString(3000, u'x'));
+    }
+
     void opensADroppedFile()
     {
         const QString name = file(u"song.lrc"_s, Song.toUtf8());
