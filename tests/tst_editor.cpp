@@ -213,6 +213,19 @@ private Q_SLOTS:
         QCOMPARE(editor.text(), text);
     }
 
+    // Not from where the last click was.
+    void extendsTheSelectionFromTheLineOfACommand()
+    {
+        EditorDriver editor(file(u"song.lrc"_s, Song.toUtf8()));
+        const QRect cell = editor.table->visualRect(editor.table->model()->index(2, 2));
+        QTest::mouseClick(editor.table->viewport(), Qt::LeftButton, {}, cell.center());
+        editor.key(Qt::Key_F8); // goes to the next line
+        QTest::keyClick(editor.table, Qt::Key_Down, Qt::ShiftModifier);
+        editor.key(Qt::Key_Delete);
+        QCOMPARE(editor.text(), u"[ti:Song]\n[ar:A]\n[00:00.00]one\n"_s);
+        discard(editor);
+    }
+
     void answersKeysOnALongSongInTime_data()
     {
         QTest::addColumn<Act>("prepare");
