@@ -75,6 +75,7 @@ QString SongModel::property(QStringView key) const
 void SongModel::begin(const SongFile &file, const QString &text)
 {
     m_undoStack.clear();
+    m_undoStack.setClean(); // a song that was recovered is not, and without an edit there is nothing to clear
     m_file = file;
     ++m_number;
     QVEditSong song;

@@ -496,6 +496,19 @@ private Q_SLOTS:
         Recovery::discard(broken);
     }
 
+    // A song that was recovered and given up is no part of the next.
+    void givesUpWhatItRecovered()
+    {
+        const QString left = m_directory.filePath(u"data/QVSongLrc/songlrc-editor/recovery/left.json"_s);
+        QVERIFY(QDir().mkpath(QFileInfo(left).path()));
+        file(u"data/QVSongLrc/songlrc-editor/recovery/left.json"_s, R"({"text":"words\n"})");
+        EditorDriver editor;
+        QVERIFY(editor.window->recover(left));
+        inDialogs([&] { editor.key(Qt::Key_N, Qt::ControlModifier); }, {press(u"Discard"_s)});
+        QVERIFY(!editor.window->isWindowModified());
+        QVERIFY(!QFile::exists(left));
+    }
+
     void refusesWhatIsNoTimeOrKey()
     {
         const QString name = file(u"song.lrc"_s, Song.toUtf8());
