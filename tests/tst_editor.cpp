@@ -367,6 +367,17 @@ private Q_SLOTS:
         QCOMPARE(editor.highlighted("text"), QString(3000, u'x'));
     }
 
+    // Also in a window that has not opened one, whose menu has none to show at first.
+    void offersWhatAnotherWindowOpened()
+    {
+        EditorDriver editor;
+        const EditorDriver other(file(u"song.lrc"_s, Song.toUtf8()));
+        QMenu *const menu = editor.window->menuBar()->actions().constFirst()->menu();
+        Q_EMIT menu->aboutToShow();
+        const auto *const recent = menu->findChild<QMenu *>();
+        QVERIFY(recent->isEnabled() && recent->actions().size() == 1);
+    }
+
     void opensADroppedFile()
     {
         const QString name = file(u"song.lrc"_s, Song.toUtf8());
