@@ -128,7 +128,7 @@ void EditorWindow::addCommands()
         recent->setEnabled(!recent->isEmpty());
     };
     showRecent();
-    connect(recent, &QMenu::aboutToShow, this, showRecent); // other windows open files too
+    connect(file, &QMenu::aboutToShow, this, showRecent); // other windows open files too
     connect(m_files, &FileCommands::recentFilesChanged, this, showRecent,
             Qt::QueuedConnection); // one may run
 

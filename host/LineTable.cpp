@@ -62,9 +62,11 @@ SongModel::Rows LineTable::selectedRows() const
 
 void LineTable::select(qsizetype row)
 {
-    // QTableView's own setCurrentIndex() would add the line to the others while Ctrl is held, as it is for undo.
-    selectionModel()->setCurrentIndex(m_song.index(int(row), SongModel::Text),
-                                      QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    // With Ctrl or Shift held, as for undo and redo, the table would add the line to the others. Who goes round it, by
+    // its selection model, lets Shift go on from where the last click was.
+    setSelectionMode(SingleSelection);
+    setCurrentIndex(m_song.index(int(row), SongModel::Text));
+    setSelectionMode(ExtendedSelection);
     scrollTo(currentIndex());
 }
 

@@ -75,6 +75,7 @@ QString SongModel::property(QStringView key) const
 void SongModel::begin(const SongFile &file, const QString &text)
 {
     m_undoStack.clear();
+    m_undoStack.setClean(); // a song that was recovered is not, and without an edit there is nothing to clear
     m_file = file;
     ++m_number;
     QVEditSong song;
@@ -290,12 +291,10 @@ void SongModel::splice(qsizetype row, qsizetype removed, const QVSongLineList &i
     // A line out of the song would go on slicing the whole text that it was in: it takes its own text out.
     for (const auto &line : all.sliced(row, removed))
         line->lineText();
-    // Lines in the place of others change; what is more or less comes or goes behind them.
+    // Lines in the place of others change; what is more or less comes or goes behind them. It goes first: the table
+    // then moves to a line whose range must still be one in the text that is shown.
     const qsizetype changes = std::min(removed, inserted.size());
     const qsizetype behind = row + changes;
-    std::copy_n(inserted.cbegin(), changes, all.begin() + row);
-    if (changes > 0)
-        Q_EMIT dataChanged(index(int(row), 0), index(int(behind) - 1, ColumnCount - 1));
     if (removed > changes) {
         beginRemoveRows({}, int(behind), int(row + removed) - 1);
         all.remove(behind, removed - changes);
@@ -305,6 +304,9 @@ void SongModel::splice(qsizetype row, qsizetype removed, const QVSongLineList &i
         all = all.first(behind) + inserted.sliced(changes) + all.sliced(behind);
         endInsertRows();
     }
+    std::copy_n(inserted.cbegin(), changes, all.begin() + row);
+    if (changes > 0)
+        Q_EMIT dataChanged(index(int(row), 0), index(int(behind) - 1, ColumnCount - 1));
     m_song.updateSongText(); // and the lines' ranges with it
     Q_EMIT changed(row, removed, inserted.size());
 }

@@ -196,6 +196,19 @@ private Q_SLOTS:
         QCOMPARE(editor.text(), text);
     }
 
+    // Not from where the last click was.
+    void extendsTheSelectionFromTheLineOfACommand()
+    {
+        EditorDriver editor(file(u"song.lrc"_s, Song.toUtf8()));
+        const QRect cell = editor.table->visualRect(editor.table->model()->index(2, 2));
+        QTest::mouseClick(editor.table->viewport(), Qt::LeftButton, {}, cell.center());
+        editor.key(Qt::Key_F8); // goes to the next line
+        QTest::keyClick(editor.table, Qt::Key_Down, Qt::ShiftModifier);
+        editor.key(Qt::Key_Delete);
+        QCOMPARE(editor.text(), u"[ti:Song]\n[ar:A]\n[00:00.00]one\n"_s);
+        discard(editor);
+    }
+
     void answersKeysOnALongSongInTime_data()
     {
         QTest::addColumn<Act>("prepare");
@@ -327,6 +340,27 @@ private Q_SLOTS:
         QCOMPARE(editor.text(), u""_s);
     }
 
+    // The lines at the song's end go, the current one with them, and the table moves to another.
+    void opensASongOfFewerButLongerLines()
+    {
+        EditorDriver editor(file(u"song.lrc"_s, Song.toUtf8()));
+        editor.select(4);
+        editor.window->open(file(u"other.lrc"_s, QByteArray(3000, 'x') + "\nend\n"));
+        QCOMPARE(editor.table->currentIndex().row(), 0);
+        QCOMPARE(editor.highlighted("text"), QString(3000, u'x'));
+    }
+
+    // Also in a window that has not opened one, whose menu has none to show at first.
+    void offersWhatAnotherWindowOpened()
+    {
+        EditorDriver editor;
+        const EditorDriver other(file(u"song.lrc"_s, Song.toUtf8()));
+        QMenu *const menu = editor.window->menuBar()->actions().constFirst()->menu();
+        Q_EMIT menu->aboutToShow();
+        const auto *const recent = menu->findChild<QMenu *>();
+        QVERIFY(recent->isEnabled() && recent->actions().size() == 1);
+    }
+
     void opensADroppedFile()
     {
         const QString name = m_home.file(u"song.lrc"_s, Song.toUtf8());
@@ -454,6 +488,19 @@ private Q_SLOTS:
         QVERIFY(!EditorWindow().recover(broken));
         QVERIFY(QFile::exists(broken)); // it may be worth something to somebody
         Recovery::discard(broken);
+    }
+
+    // A song that was recovered and given up is no part of the next.
+    void givesUpWhatItRecovered()
+    {
+        const QString left = m_directory.filePath(u"data/QVSongLrc/songlrc-editor/recovery/left.json"_s);
+        QVERIFY(QDir().mkpath(QFileInfo(left).path()));
+        file(u"data/QVSongLrc/songlrc-editor/recovery/left.json"_s, R"({"text":"words\n"})");
+        EditorDriver editor;
+        QVERIFY(editor.window->recover(left));
+        inDialogs([&] { editor.key(Qt::Key_N, Qt::ControlModifier); }, {press(u"Discard"_s)});
+        QVERIFY(!editor.window->isWindowModified());
+        QVERIFY(!QFile::exists(left));
     }
 
     void refusesWhatIsNoTimeOrKey()
