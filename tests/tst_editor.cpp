@@ -199,9 +199,8 @@ private Q_SLOTS:
     // Not from where the last click was.
     void extendsTheSelectionFromTheLineOfACommand()
     {
-        EditorDriver editor(file(u"song.lrc"_s, Song.toUtf8()));
-        const QRect cell = editor.table->visualRect(editor.table->model()->index(2, 2));
-        QTest::mouseClick(editor.table->viewport(), Qt::LeftButton, {}, cell.center());
+        EditorDriver editor(m_home.file(u"song.lrc"_s, Song.toUtf8()));
+        EditorDriver::click(editor.table, 2);
         editor.key(Qt::Key_F8); // goes to the next line
         QTest::keyClick(editor.table, Qt::Key_Down, Qt::ShiftModifier);
         editor.key(Qt::Key_Delete);
@@ -343,9 +342,9 @@ private Q_SLOTS:
     // The lines at the song's end go, the current one with them, and the table moves to another.
     void opensASongOfFewerButLongerLines()
     {
-        EditorDriver editor(file(u"song.lrc"_s, Song.toUtf8()));
+        EditorDriver editor(m_home.file(u"song.lrc"_s, Song.toUtf8()));
         editor.select(4);
-        editor.window->open(file(u"other.lrc"_s, QByteArray(3000, 'x') + "\nend\n"));
+        editor.window->open(m_home.file(u"other.lrc"_s, QByteArray(3000, 'x') + "\nend\n"));
         QCOMPARE(editor.table->currentIndex().row(), 0);
         QCOMPARE(editor.highlighted("text"), QString(3000, u'x'));
     }
@@ -354,7 +353,7 @@ private Q_SLOTS:
     void offersWhatAnotherWindowOpened()
     {
         EditorDriver editor;
-        const EditorDriver other(file(u"song.lrc"_s, Song.toUtf8()));
+        const EditorDriver other(m_home.file(u"song.lrc"_s, Song.toUtf8()));
         QMenu *const menu = editor.window->menuBar()->actions().constFirst()->menu();
         Q_EMIT menu->aboutToShow();
         const auto *const recent = menu->findChild<QMenu *>();
@@ -493,9 +492,9 @@ private Q_SLOTS:
     // A song that was recovered and given up is no part of the next.
     void givesUpWhatItRecovered()
     {
-        const QString left = m_directory.filePath(u"data/QVSongLrc/songlrc-editor/recovery/left.json"_s);
+        const QString left = m_home.path(u"data/QVSongLrc/songlrc-editor/recovery/left.json"_s);
         QVERIFY(QDir().mkpath(QFileInfo(left).path()));
-        file(u"data/QVSongLrc/songlrc-editor/recovery/left.json"_s, R"({"text":"words\n"})");
+        m_home.file(u"data/QVSongLrc/songlrc-editor/recovery/left.json"_s, R"({"text":"words\n"})");
         EditorDriver editor;
         QVERIFY(editor.window->recover(left));
         inDialogs([&] { editor.key(Qt::Key_N, Qt::ControlModifier); }, {press(u"Discard"_s)});
