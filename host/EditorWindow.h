@@ -1,19 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Clock.h"
 #include "Recovery.h"
-#include "SongDocument.h"
+#include "SongModel.h"
 
 #include <QMainWindow>
 
 class ClockBar;
-class FileMenu;
+class FileCommands;
 class LineTable;
-class LineTableModel;
 class LyricView;
 class PreviewPane;
-class QLabel;
 class QSplitter;
 
 /// A window with a song in it: the table of its lines, its text, its preview, and the clock to time it by.
@@ -38,24 +35,23 @@ protected:
     void dropEvent(QDropEvent *event) override;
 
 private:
-    QWidget *makePanes();
+    void addPanes();
     void addCommands();
+    void connectPanes();
     void searchOnline();
+    void insertMakerMark();
 
     void showSong(qsizetype row, qsizetype removed, qsizetype inserted);
     void showCurrentLine();
     void showTitle();
     void say(const QString &text);
 
-    SongDocument m_document;
-    Recovery m_recovery{m_document};
-    Clock m_clock;
-    LineTableModel *m_model;
-    FileMenu *m_files;
-    ClockBar *m_clockBar;
+    SongModel m_song;
+    Recovery m_recovery{m_song};
+    FileCommands *m_files;
+    ClockBar *m_clock;
     LineTable *m_table;
     LyricView *m_text;
     PreviewPane *m_preview;
     QSplitter *m_panes;
-    QLabel *m_warning;
 };

@@ -31,35 +31,24 @@ QJsonObject readJson(const QString &recoveryFile)
     return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
 }
 
-// Says what went wrong.
-QString writeJson(const QString &recoveryFile, const QJsonObject &json)
-{
-    QSaveFile file(recoveryFile);
-    const QByteArray bytes = QJsonDocument(json).toJson(QJsonDocument::Compact);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-        return file.errorString();
-    return {};
-}
-
 } // namespace
 
-Recovery::Recovery(SongDocument &document, QObject *parent)
-    : QObject(parent)
-    , m_document(document)
+Recovery::Recovery(SongModel &song)
+    : m_song(song)
     , m_file(u"%1/%2.json"_s.arg(folder(), QUuid::createUuid().toString(QUuid::WithoutBraces)))
 {
     m_writer.setMaxThreadCount(1);
     m_timer.setSingleShot(true);
     m_timer.setInterval(300);
     connect(&m_timer, &QTimer::timeout, this, &Recovery::write);
-    const auto documentChanged = [this] {
-        if (!m_document.isModified())
+    const auto songChanged = [this] {
+        if (!m_song.isModified())
             remove();
         else if (!m_timer.isActive()) // not put off by further edits
             m_timer.start();
     };
-    connect(&document.undoStack(), &QUndoStack::indexChanged, this, documentChanged);
-    connect(&document.undoStack(), &QUndoStack::cleanChanged, this, documentChanged);
+    connect(&song.undoStack(), &QUndoStack::indexChanged, this, songChanged);
+    connect(&song.undoStack(), &QUndoStack::cleanChanged, this, songChanged);
 }
 
 Recovery::~Recovery()
@@ -90,8 +79,9 @@ bool Recovery::takeOver(const QString &recoveryFile)
     const QJsonObject json = readJson(recoveryFile);
     if (!itsLock || !json.contains("text"_L1))
         return false;
-    m_document.restore(SongFile::fromJson(json), json["text"_L1].toString());
-    remove(); // what this object had before
+    m_song.begin(SongFile::fromJson(json), json["text"_L1].toString());
+    m_song.undoStack().resetClean(); // it was never saved
+    remove();                        // what this object had before
     m_file = recoveryFile;
     m_lock = std::move(itsLock);
     return true;
@@ -108,16 +98,15 @@ void Recovery::write()
     QDir().mkpath(folder());
     if (!m_lock)
         m_lock = lock(m_file);
-    if (!m_lock) {
-        Q_EMIT written(tr("%1 can't be written").arg(m_file));
-        return;
-    }
-    m_writer.start(
-        [this, file = m_file, json = m_document.file().toJson(), text = m_document.text()]() mutable {
-            json["text"_L1] = text;
-            const QString why = writeJson(file, json);
-            QMetaObject::invokeMethod(this, [this, why] { Q_EMIT written(why); });
-        });
+    QJsonObject json = m_song.file().toJson();
+    json["text"_L1] = m_song.text();
+    m_writer.start([this, name = m_file, json] {
+        QSaveFile file(name);
+        const QByteArray bytes = QJsonDocument(json).toJson(QJsonDocument::Compact);
+        const bool isWritten =
+            file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
+        Q_EMIT written(isWritten ? QString() : tr("No recovery file %1: %2").arg(name, file.errorString()));
+    });
 }
 
 void Recovery::remove()

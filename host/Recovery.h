@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "SongDocument.h"
+#include "SongModel.h"
 
 #include <QLockFile>
 #include <QThreadPool>
@@ -19,7 +19,7 @@ class Recovery : public QObject
     Q_OBJECT
 
 public:
-    explicit Recovery(SongDocument &document, QObject *parent = nullptr);
+    explicit Recovery(SongModel &song);
     ~Recovery() override;
 
     /// The recovery files whose programs have ended.
@@ -28,22 +28,22 @@ public:
     /// The name of the song's file that a recovery file belongs to; empty when it had none.
     static QString songOf(const QString &recoveryFile);
 
-    /// Gives the document the song in \p recoveryFile, which becomes this object's own. False when another
-    /// program has it, or it can't be read.
+    /// Gives this object's song the content of \p recoveryFile, which becomes its own. False when another program
+    /// has it, or it can't be read.
     bool takeOver(const QString &recoveryFile);
 
     /// Deletes a recovery file that nobody wants, and that no program has.
     static void discard(const QString &recoveryFile);
 
 Q_SIGNALS:
-    /// What the last attempt to write came to; \p why is empty when it did well.
+    /// The last edits are in the recovery file, or \p why says to people why not.
     void written(const QString &why);
 
 private:
     void write();
     void remove();
 
-    SongDocument &m_document;
+    SongModel &m_song;
     QString m_file;
     std::unique_ptr<QLockFile> m_lock; // held for as long as there may be a file of ours
     QTimer m_timer;

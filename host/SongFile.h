@@ -33,7 +33,7 @@ public:
     QString shortName() const; ///< without folders
     void setName(const QString &name);
 
-    QByteArray encodingName() const { return m_encoding.name; }
+    QString encodingName() const { return QString::fromLatin1(m_encoding.name); }
 
     /// Writes in UTF-8 from now on, which has every character.
     void useUtf8() { m_encoding = {}; }

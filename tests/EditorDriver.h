@@ -8,15 +8,51 @@
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QLineEdit>
 #include <QListView>
 #include <QPushButton>
+#include <QSettings>
 #include <QStatusBar>
 #include <QTableView>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
 #include <functional>
+
+/// A folder for a test's files, where the editor keeps its settings and recovery files too.
+class EditorHome
+{
+public:
+    EditorHome()
+    {
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, path(QStringLiteral("settings")));
+        qputenv("XDG_DATA_HOME", path(QStringLiteral("data")).toLocal8Bit());
+        QCoreApplication::setOrganizationName(QStringLiteral("QVSongLrc"));
+        QCoreApplication::setApplicationName(QStringLiteral("songlrc-editor"));
+    }
+
+    QString path(const QString &name) const { return m_folder.filePath(name); }
+
+    /// Writes the file \p name, and answers its path.
+    QString file(const QString &name, const QByteArray &bytes) const
+    {
+        QFile out(path(name));
+        if (!out.open(QIODevice::WriteOnly) || out.write(bytes) != bytes.size())
+            qFatal("can't write %s", qPrintable(out.fileName()));
+        return out.fileName();
+    }
+
+private:
+    QTemporaryDir m_folder;
+};
+
+inline QByteArray bytesOf(const QString &path)
+{
+    QFile in(path);
+    return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray("no such file");
+}
 
 /// An editor's window, used by keys as a person uses it.
 class EditorDriver
@@ -59,6 +95,13 @@ public:
         table->setCurrentIndex(table->model()->index(row, 0));
         for (int i = row; i < last; ++i)
             QTest::keyClick(table, Qt::Key_Down, Qt::ShiftModifier);
+    }
+
+    /// On the first cell of a row.
+    static void click(QAbstractItemView *view, int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+    {
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, modifiers,
+                          view->visualRect(view->model()->index(row, 0)).center());
     }
 
     /// Opens the cell, types over what is there and, unless told otherwise, presses Enter.

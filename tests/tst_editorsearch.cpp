@@ -8,11 +8,8 @@
 
 #include <QVSongLrc/LyricService.h>
 
-#include <QFile>
 #include <QProcess>
 #include <QSemaphore>
-#include <QSettings>
-#include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
 
@@ -38,20 +35,13 @@ class TestEditorSearch : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
-                           m_directory.filePath(u"settings"_s));
-        qputenv("XDG_DATA_HOME", m_directory.filePath(u"data"_s).toLocal8Bit());
-        LyricService::addCertificateAuthority(m_authority.certificate());
-    }
+    void initTestCase() { LyricService::addCertificateAuthority(m_authority.certificate()); }
 
     void loadsFromTheService()
     {
         QProcess service;
-        service.start(
-            QStringLiteral(SONGLRC_SERVICE),
-            {u"--library"_s, QStringLiteral(SAMPLES), u"--data"_s, m_directory.filePath(u"service"_s)});
+        service.start(QStringLiteral(SONGLRC_SERVICE),
+                      {u"--library"_s, QStringLiteral(SAMPLES), u"--data"_s, m_home.path(u"service"_s)});
         QByteArray printed;
         QTRY_VERIFY_WITH_TIMEOUT((printed += service.readAllStandardOutput()).contains("\nurl: ")
                                      && printed.endsWith('\n'),
@@ -142,11 +132,7 @@ private Q_SLOTS:
 private:
     QString song() const
     {
-        QFile file(m_directory.filePath(u"song.lrc"_s));
-        if (!file.open(QIODevice::WriteOnly)
-            || file.write("[ti:Auld Lang Syne]\n[ar:Robert Burns]\n[00:01.00]my own\n") < 0)
-            qFatal("can't write");
-        return file.fileName();
+        return m_home.file(u"song.lrc"_s, "[ti:Auld Lang Syne]\n[ar:Robert Burns]\n[00:01.00]my own\n");
     }
 
     // Answers a search with one candidate, and what comes next with \p detail, when it may.
@@ -163,7 +149,7 @@ private:
     }
 
     const TestAuthority m_authority;
-    QTemporaryDir m_directory;
+    EditorHome m_home;
 };
 
 QTEST_MAIN(TestEditorSearch)

@@ -1,21 +1,28 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "SongDocument.h"
+#include "SongModel.h"
 
-#include <QMenu>
 #include <QMessageBox>
 
+class QMenu;
+
 /// Opening and saving, with all that is asked of the user on the way so that no lyric is lost.
-class FileMenu : public QMenu
+class FileCommands : public QObject
 {
     Q_OBJECT
 
 public:
-    FileMenu(SongDocument &document, QWidget *parent);
+    /// Shows its dialogs over \p window.
+    FileCommands(SongModel &song, QWidget *window);
+
+    void newSong();
+    void open(); ///< the file that the user chooses
+    bool save();
+    bool saveAs();
 
     /// Opens \p file, unless the user wants to keep the song that is open.
-    void open(const QString &file);
+    void openFile(const QString &file);
 
     /// Whether the song may be given up: it is saved, or the user has said so.
     bool mayGiveUp();
@@ -26,30 +33,25 @@ public:
     /// Tells of a file that somebody else has changed, unless the user knows, and offers to read it again.
     void checkDisk();
 
-    /// Those for a tool bar.
-    QList<QAction *> mainActions() const { return m_mainActions; }
+    /// The files that were opened or saved last, the last one first.
+    static QStringList recentFiles();
 
 Q_SIGNALS:
     /// What is typed into a cell must become an edit before the song is looked at.
     void aboutToLook();
+    void recentFilesChanged();
     void message(const QString &text);
 
 private:
-    void newSong();
-    void chooseFile();
-    bool save();
-    bool saveAs();
     bool write(const QString &name);
     void read(const QString &name);
     QMessageBox::StandardButton ask(const QString &title, const QString &text,
                                     QMessageBox::StandardButtons buttons, QMessageBox::StandardButton normal);
-    void showRecent();
     void remember(const QString &name);
     QString startFolder() const;
 
-    SongDocument &m_document;
-    QMenu *m_recent;
-    QList<QAction *> m_mainActions;
+    SongModel &m_song;
+    QWidget *m_window;
     bool m_isAsking = false;
     bool m_knowsOfChange = false;
 };
