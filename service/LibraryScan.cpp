@@ -27,7 +27,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QLatin1StringView ConnectionName("scan");
+constexpr QLatin1StringView ScanConnection("scan");
 constexpr QLatin1StringView Suffix(".lrc");
 constexpr int TableVersion = 1;                   // another one, another table or meaning of tokens
 constexpr int TransactionSize = 2000;             // changes
@@ -103,7 +103,7 @@ LibraryScan::LibraryScan(const QString &library, const QString &indexFile)
 LibraryScan::~LibraryScan()
 {
     m_database = QSqlDatabase();
-    QSqlDatabase::removeDatabase(ConnectionName);
+    QSqlDatabase::removeDatabase(ScanConnection);
 }
 
 void LibraryScan::start()
@@ -130,7 +130,7 @@ void LibraryScan::openIndex()
 {
     // The tokens depend on the version of Unicode as well.
     const QString identity = u"%1 %2 %3"_s.arg(TableVersion).arg(u"" U_UNICODE_VERSION, m_library.path());
-    m_database = SongIndex::open(ConnectionName, m_indexFile);
+    m_database = SongIndex::open(ScanConnection, m_indexFile);
     execute("PRAGMA journal_mode = WAL"_L1);
     execute("PRAGMA synchronous = NORMAL"_L1);
     execute("CREATE TABLE IF NOT EXISTS origin (identity TEXT NOT NULL)"_L1);
@@ -160,7 +160,7 @@ void LibraryScan::openIndex()
 void LibraryScan::discardIndex()
 {
     m_database = QSqlDatabase();
-    QSqlDatabase::removeDatabase(ConnectionName);
+    QSqlDatabase::removeDatabase(ScanConnection);
     for (const QLatin1StringView part : {""_L1, "-wal"_L1, "-shm"_L1})
         QFile::remove(m_indexFile + part);
 }
