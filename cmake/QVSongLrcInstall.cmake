@@ -61,7 +61,7 @@ function(qvsonglrc_install_library component)
     configure_file(${PROJECT_SOURCE_DIR}/cmake/QVSongLrc.pc.in ${target}.pc @ONLY)
     file(CONFIGURE OUTPUT ${target}Config.cmake @ONLY CONTENT [[
 include(CMakeFindDependencyMacro)
-@dependencies@include(${CMAKE_CURRENT_LIST_DIR}/@target@Targets.cmake)
+@dependencies@list(APPEND QVSongLrc_targets ${CMAKE_CURRENT_LIST_DIR}/@target@Targets.cmake)
 ]])
     install(TARGETS ${target} EXPORT ${target}
         LIBRARY COMPONENT QVSongLrc_Libraries NAMELINK_COMPONENT QVSongLrc_Development

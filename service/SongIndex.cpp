@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QLatin1StringView ConnectionName("search");
+constexpr QLatin1StringView SearchConnection("search");
 
 } // namespace
 
@@ -28,7 +28,7 @@ QSqlDatabase SongIndex::open(const QString &name, const QString &file)
 }
 
 SongIndex::SongIndex(const QString &file)
-    : m_database(open(ConnectionName, file))
+    : m_database(open(SearchConnection, file))
     , m_search(m_database)
     , m_path(m_database)
 {
@@ -50,7 +50,7 @@ SongIndex::~SongIndex()
     m_search = QSqlQuery();
     m_path = QSqlQuery();
     m_database = QSqlDatabase();
-    QSqlDatabase::removeDatabase(ConnectionName);
+    QSqlDatabase::removeDatabase(SearchConnection);
 }
 
 QList<SongIndex::Candidate> SongIndex::search(const QString &track, const QString &artist)

@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QLatin1StringView ConnectionName("scan");
+constexpr QLatin1StringView WriterConnection("scan");
 constexpr int TableVersion = 1;       // another one, another table or meaning of tokens
 constexpr int TransactionSize = 2000; // changes
 
@@ -45,14 +45,14 @@ SongIndexWriter::~SongIndexWriter()
 void SongIndexWriter::close()
 {
     m_database = QSqlDatabase();
-    QSqlDatabase::removeDatabase(ConnectionName);
+    QSqlDatabase::removeDatabase(WriterConnection);
 }
 
 void SongIndexWriter::open(const QString &library)
 {
     // The tokens depend on the version of Unicode as well.
     const QString identity = u"%1 %2 %3"_s.arg(TableVersion).arg(u"" U_UNICODE_VERSION, library);
-    m_database = SongIndex::open(ConnectionName, m_file);
+    m_database = SongIndex::open(WriterConnection, m_file);
     execute("PRAGMA journal_mode = WAL"_L1);
     execute("PRAGMA synchronous = NORMAL"_L1);
     execute("CREATE TABLE IF NOT EXISTS origin (identity TEXT NOT NULL)"_L1);

@@ -13,16 +13,18 @@
 #include <QCoreApplication>
 #include <QDebug>
 #include <QDir>
-#include <QLockFile>
 #include <QStandardPaths>
 #include <QThread>
 #include <QTimer>
 #include <QUrl>
 
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <fcntl.h>
 #include <memory>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -59,14 +61,27 @@ Options prepared(const std::string &library, const std::string &data)
     return options;
 }
 
+// Keeps other services out of the data folder until this process has ended, however it does: the kernel holds the lock,
+// which goes with the file that stays open here. A lock that told its holder's number would be held against whatever
+// process has that number next.
+void lock(const QString &data)
+{
+    const int file = open(QFile::encodeName(data + "/lock"_L1).constData(), O_RDWR | O_CREAT | O_CLOEXEC,
+                          S_IRUSR | S_IWUSR);
+    if (file == -1)
+        throw ServiceError("can't write to the data folder "_L1 + data);
+    if (flock(file, LOCK_EX | LOCK_NB) != 0) {
+        throw ServiceError((errno == EWOULDBLOCK ? "another service uses the data folder "_L1
+                                                 : "can't lock the data folder "_L1)
+                           + data);
+    }
+}
+
 // What run() connects it also outlives: its event loop is the only one.
 // clazy:excludeall=lambda-in-connect
 int run(QCoreApplication &application, const Options &options)
 {
-    QLockFile lock(options.data + "/lock"_L1);
-    lock.setStaleLockTime(0); // however long the service runs
-    if (!lock.tryLock())
-        throw ServiceError("another service uses the data folder "_L1 + options.data);
+    lock(options.data);
     const Certificates certificates(options.data, options.address);
     auto *listener = new HttpsListener(certificates.prepare());
     listener->setParent(&application); // until the server takes it

@@ -454,6 +454,13 @@ private Q_SLOTS:
         Service service(folder);
         QVERIFY(service.start());
         QVERIFY(!service.link(u"two"_s).isEmpty());
+        // What a killed service leaves holds nobody off, also when its number is a running service's by now.
+        service.process.kill();
+        QVERIFY(service.process.waitForFinished());
+        const QString lock = service.data + u"/lock"_s;
+        QVERIFY(QFile::remove(lock) && QFile::copy(m_service.data + u"/lock"_s, lock));
+        Service next(folder);
+        QVERIFY(next.start());
     }
 
     void finishesRequests()
