@@ -103,8 +103,9 @@ void Recovery::write()
     m_writer.start([this, name = m_file, json] {
         QSaveFile file(name);
         const QByteArray bytes = QJsonDocument(json).toJson(QJsonDocument::Compact);
-        const bool isWritten =
-            file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
+        // commit() does not see what fails as it flushes, and would put an empty file in the place of a good one.
+        const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size()
+            && file.flush() && file.commit();
         Q_EMIT written(isWritten ? QString() : tr("No recovery file %1: %2").arg(name, file.errorString()));
     });
 }

@@ -23,6 +23,8 @@
 
 #include <ctime>
 
+#include <sys/resource.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -452,6 +454,29 @@ private Q_SLOTS:
             QVERIFY(bytesOf(name).endsWith("changed\n"));
         }
         qputenv("XDG_DATA_HOME", home);
+    }
+
+    void keepsTheRecoveryFileOnAFullDisk()
+    {
+        EditorDriver editor(file(u"song.lrc"_s, Song.toUtf8()));
+        editor.type(4, 2, u"changed"_s);
+        const QDir folder(qEnvironmentVariable("XDG_DATA_HOME") + u"/QVSongLrc/songlrc-editor/recovery"_s);
+        QTRY_COMPARE(folder.entryList({u"*.json"_s}).size(), 1);
+        const QString recovery = folder.filePath(folder.entryList({u"*.json"_s}).first());
+        const QByteArray before = bytesOf(recovery);
+        // No file may become longer than this, which a program learns as it does of a full disk.
+        std::signal(SIGXFSZ, SIG_IGN);
+        rlimit usual{};
+        QCOMPARE(::getrlimit(RLIMIT_FSIZE, &usual), 0);
+        const rlimit small{64, usual.rlim_max};
+        QCOMPARE(::setrlimit(RLIMIT_FSIZE, &small), 0);
+        editor.type(4, 2, u"changed again"_s);
+        const auto *const warning = editor.window->statusBar()->findChild<QLabel *>(u"warning"_s);
+        const bool isTold = QTest::qWaitFor([&] { return !warning->text().isEmpty(); });
+        ::setrlimit(RLIMIT_FSIZE, &usual);
+        QVERIFY(isTold);
+        QCOMPARE(bytesOf(recovery), before);
+        discard(editor);
     }
 
     void recoversWhatWasLeft()
