@@ -90,10 +90,20 @@ void EditorWindow::addPanes()
 
 void EditorWindow::addCommands()
 {
-    // All that a command has; the tip tells what it does.
-    const auto add = [](QMenu *menu, const QString &text, const QKeySequence &keys, const QString &tip,
-                        auto *receiver, auto slot) {
-        QAction *const action = menu->addAction(text, keys, receiver, slot);
+    QMenu *const file = menuBar()->addMenu(tr("&File"));
+    QMenu *const edit = menuBar()->addMenu(tr("&Edit"));
+    QMenu *const line = menuBar()->addMenu(tr("&Line"));
+    QMenu *const song = menuBar()->addMenu(tr("&Song"));
+    QMenu *const clock = menuBar()->addMenu(tr("&Clock"));
+
+    // All that a command has; the tip tells what it does. What is being typed into a cell becomes an edit first, but
+    // for the clock, by which people type.
+    const auto add = [this, clock](QMenu *menu, const QString &text, const QKeySequence &keys,
+                                   const QString &tip, auto *receiver, auto slot) {
+        QAction *const action = menu->addAction(text, keys);
+        if (menu != clock)
+            connect(action, &QAction::triggered, m_table, &LineTable::commitOpenEditor);
+        connect(action, &QAction::triggered, receiver, slot);
         action->setStatusTip(tip);
         action->setToolTip(u"%1 (%2)"_s.arg(tip, keys.toString(QKeySequence::NativeText)));
         menu->setToolTipsVisible(true);
@@ -102,7 +112,6 @@ void EditorWindow::addCommands()
     QToolBar *const bar = addToolBar(tr("Commands"));
     bar->setMovable(false);
 
-    QMenu *const file = menuBar()->addMenu(tr("&File"));
     bar->addAction(
         add(file, tr("&New"), Qt::CTRL | Qt::Key_N, tr("Begin a song"), m_files, &FileCommands::newSong));
     bar->addAction(
@@ -132,20 +141,12 @@ void EditorWindow::addCommands()
     connect(m_files, &FileCommands::recentFilesChanged, this, showRecent,
             Qt::QueuedConnection); // one may run
 
-    QMenu *const edit = menuBar()->addMenu(tr("&Edit"));
     bar->addSeparator();
     QUndoStack &stack = m_song.undoStack();
-    // What is being typed is an edit, too.
     QAction *const undo = add(edit, tr("&Undo"), Qt::CTRL | Qt::Key_Z, tr("Take the last change back"),
-                              m_table, [this, &stack] {
-                                  m_table->commitOpenEditor();
-                                  stack.undo();
-                              });
+                              &stack, &QUndoStack::undo);
     QAction *const redo = add(edit, tr("&Redo"), Qt::CTRL | Qt::SHIFT | Qt::Key_Z,
-                              tr("Make the change again"), m_table, [this, &stack] {
-                                  m_table->commitOpenEditor();
-                                  stack.redo();
-                              });
+                              tr("Make the change again"), &stack, &QUndoStack::redo);
     bar->addActions({undo, redo});
     const auto showStack = [undo, redo, &stack] {
         undo->setEnabled(stack.canUndo());
@@ -158,7 +159,6 @@ void EditorWindow::addCommands()
     showStack();
     connect(&stack, &QUndoStack::indexChanged, this, showStack);
 
-    QMenu *const line = menuBar()->addMenu(tr("&Line"));
     bar->addSeparator();
     bar->addAction(add(line, tr("&Insert Line"), Qt::Key_Insert, tr("Insert a line below this one"), m_table,
                        &LineTable::insertLine));
@@ -180,20 +180,20 @@ void EditorWindow::addCommands()
     add(line, tr("100 ms La&ter"), Qt::ALT | Qt::SHIFT | Qt::Key_Right,
         tr("Move the selected lines 100 ms on"), m_table, [this] { m_table->moveLines(100); });
 
-    QMenu *const song = menuBar()->addMenu(tr("&Song"));
     bar->addSeparator();
     bar->addAction(add(song, tr("Search &Online…"), Qt::CTRL | Qt::Key_L,
                        tr("Look the song's lyric up, by its title and artist"), this,
                        &EditorWindow::searchOnline));
     add(song, tr("Insert &Maker Mark"), Qt::CTRL | Qt::Key_K, tr("Add the lines that name the maker"), this,
-        &EditorWindow::insertMakerMark);
+        [this] {
+            say(m_song.insertMakerMark() ? tr("Inserted the maker mark") : tr("The song has the maker mark"));
+        });
     song->addSeparator();
     QAction *const tags = add(song, tr("&Tags in Preview"), Qt::CTRL | Qt::Key_T,
                               tr("Show the preview with its tags"), m_preview, &PreviewPane::setHasTags);
     tags->setCheckable(true);
     tags->setChecked(true);
 
-    QMenu *const clock = menuBar()->addMenu(tr("&Clock"));
     QAction *const play = add(clock, tr("&Play"), Qt::Key_F5, tr("Run or stop the clock"), m_clock,
                               [this] { m_clock->setPlaying(!m_clock->isPlaying()); });
     connect(m_clock, &ClockBar::playingChanged, play,
@@ -258,7 +258,6 @@ bool EditorWindow::recover(const QString &recoveryFile)
 
 void EditorWindow::searchOnline()
 {
-    m_table->commitOpenEditor();
     // The lyric may come after the dialog is closed, when the window may be gone or show another song.
     const auto load = [window = QPointer(this), song = m_song.number()](const QString &lyric) {
         if (!window || window->m_song.number() != song)
@@ -273,12 +272,6 @@ void EditorWindow::searchOnline()
         window->say(tr("Loaded the lyric; undo brings the song back"));
     };
     QVLyricSearchWndCtl::popUp(m_song.property(u"ti"), m_song.property(u"ar"), load, this);
-}
-
-void EditorWindow::insertMakerMark()
-{
-    m_table->commitOpenEditor();
-    say(m_song.insertMakerMark() ? tr("Inserted the maker mark") : tr("The song has the maker mark"));
 }
 
 void EditorWindow::showSong(qsizetype row, qsizetype removed, qsizetype inserted)

@@ -39,7 +39,6 @@ private:
     void addCommands();
     void connectPanes();
     void searchOnline();
-    void insertMakerMark();
 
     void showSong(qsizetype row, qsizetype removed, qsizetype inserted);
     void showCurrentLine();

@@ -40,7 +40,7 @@ void FileCommands::open()
 
 void FileCommands::openFile(const QString &file)
 {
-    if (mayGiveUp())
+    if (!m_isAsking && mayGiveUp())
         read(file);
 }
 

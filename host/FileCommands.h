@@ -5,8 +5,6 @@
 
 #include <QMessageBox>
 
-class QMenu;
-
 /// Opening and saving, with all that is asked of the user on the way so that no lyric is lost.
 class FileCommands : public QObject
 {
@@ -21,7 +19,7 @@ public:
     bool save();
     bool saveAs();
 
-    /// Opens \p file, unless the user wants to keep the song that is open.
+    /// Opens \p file, unless the user wants to keep the song that is open or is being asked about it.
     void openFile(const QString &file);
 
     /// Whether the song may be given up: it is saved, or the user has said so.

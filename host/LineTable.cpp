@@ -78,7 +78,6 @@ void LineTable::commitOpenEditor()
 
 void LineTable::insertLine()
 {
-    commitOpenEditor();
     const qsizetype row = currentRow() + 1;
     m_song.insertLine(row);
     select(row);
@@ -87,7 +86,6 @@ void LineTable::insertLine()
 
 void LineTable::deleteLines()
 {
-    commitOpenEditor();
     const SongModel::Rows rows = selectedRows();
     if (rows.empty())
         return;
@@ -98,13 +96,14 @@ void LineTable::deleteLines()
 
 void LineTable::moveLines(qint64 milliseconds)
 {
-    commitOpenEditor();
     if (!m_song.moveLines(selectedRows(), milliseconds))
         Q_EMIT message(tr("No time tag can say more than 99:59.99"));
 }
 
 void LineTable::moveLinesByAmount()
 {
+    if (selectedRows().empty())
+        return;
     bool isChosen = false;
     const int milliseconds = QInputDialog::getInt(
         window(), tr("Move Lines"), tr("Move the selected lines by so many milliseconds:"), 0,
@@ -115,7 +114,6 @@ void LineTable::moveLinesByAmount()
 
 void LineTable::stamp(qint64 milliseconds)
 {
-    commitOpenEditor();
     const qsizetype row = currentRow();
     if (row < 0)
         return;

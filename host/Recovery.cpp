@@ -42,10 +42,12 @@ Recovery::Recovery(SongModel &song)
     m_timer.setInterval(300);
     connect(&m_timer, &QTimer::timeout, this, &Recovery::write);
     const auto songChanged = [this] {
-        if (!m_song.isModified())
+        if (!m_song.isModified()) {
             remove();
-        else if (!m_timer.isActive()) // not put off by further edits
+            Q_EMIT written({});
+        } else if (!m_timer.isActive()) { // not put off by further edits
             m_timer.start();
+        }
     };
     connect(&song.undoStack(), &QUndoStack::indexChanged, this, songChanged);
     connect(&song.undoStack(), &QUndoStack::cleanChanged, this, songChanged);

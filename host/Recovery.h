@@ -36,7 +36,8 @@ public:
     static void discard(const QString &recoveryFile);
 
 Q_SIGNALS:
-    /// The last edits are in the recovery file, or \p why says to people why not.
+    /// The last edits are in the recovery file, or need none, or \p why says to people why they are in none.
+    /// Emitted in the thread that writes, too.
     void written(const QString &why);
 
 private:

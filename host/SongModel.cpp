@@ -19,14 +19,16 @@ QVSongLine &ownLine(QVEditSong &draft, qsizetype row)
 
 // The time tags that somebody typed, of which a single one may do without its brackets; nothing when there is
 // anything else.
-std::optional<QStringList> typedTags(QString typed)
+std::optional<QStringList> typedTags(const QString &typed)
 {
+    const QString text = typed.simplified().remove(u' ');
+    QStringList parts;
+    if (text.startsWith(u'[') && text.endsWith(u']'))
+        parts = text.sliced(1).chopped(1).split("]["_L1);
+    else if (!text.isEmpty())
+        parts = QStringList(text);
     QStringList tags;
-    if (typed.remove(u' ').isEmpty())
-        return tags;
-    if (typed.startsWith(u'[') && typed.endsWith(u']'))
-        typed = typed.sliced(1).chopped(1);
-    for (const QString &part : typed.split("]["_L1)) {
+    for (const QString &part : std::as_const(parts)) {
         tags += u'[' + part + u']';
         if (part.contains(u'[') || part.contains(u']') || !QVUtils::isTimeString(tags.last()))
             return {};
@@ -92,15 +94,14 @@ void SongModel::save(SongFile file)
     Q_EMIT saved();
 }
 
-bool SongModel::insertLine(qsizetype row)
+void SongModel::insertLine(qsizetype row)
 {
-    return edit(tr("Insert Line"),
-                [&](QVEditSong &draft) { draft.insertLine(QVSongLine::emptyLine(), row); });
+    edit(tr("Insert Line"), [&](QVEditSong &draft) { draft.insertLine(QVSongLine::emptyLine(), row); });
 }
 
-bool SongModel::deleteLines(const Rows &rows)
+void SongModel::deleteLines(const Rows &rows)
 {
-    return edit(tr("Delete Lines"), [&](QVEditSong &draft) { draft.deleteLineAtIndexs(rows); });
+    edit(tr("Delete Lines"), [&](QVEditSong &draft) { draft.deleteLineAtIndexs(rows); });
 }
 
 bool SongModel::moveLines(const Rows &rows, qint64 milliseconds)
@@ -137,11 +138,10 @@ bool SongModel::insertMakerMark()
     return edit(tr("Insert Maker Mark"), [](QVEditSong &draft) { draft.insertCopyrightMark(); });
 }
 
-bool SongModel::load(const QString &text)
+void SongModel::load(const QString &text)
 {
-    return edit(tr("Load Lyric"), [&](QVEditSong &draft) {
-        draft.buildWithLrcText(QString(text).replace("\r\n"_L1, "\n"_L1));
-    });
+    edit(tr("Load Lyric"),
+         [&](QVEditSong &draft) { draft.buildWithLrcText(QString(text).replace("\r\n"_L1, "\n"_L1)); });
 }
 
 int SongModel::rowCount(const QModelIndex &parent) const

@@ -54,13 +54,13 @@ public:
     void save(SongFile file);
 
     // Edits. Each is one undo step; one that changes nothing is none. Those that answer false were given what
-    // they can't take, or had nothing to do.
-    bool insertLine(qsizetype row);
-    bool deleteLines(const Rows &rows);
+    // they can't take.
+    void insertLine(qsizetype row);
+    void deleteLines(const Rows &rows);
     bool moveLines(const Rows &rows, qint64 milliseconds);
     bool stamp(qsizetype row, qint64 milliseconds); ///< sets the first time; false for a property
     bool insertMakerMark();                         ///< false when it is there
-    bool load(const QString &text);                 ///< in the place of all lines
+    void load(const QString &text);                 ///< in the place of all lines
 
     // What is typed into a cell becomes an edit.
     bool setData(const QModelIndex &index, const QVariant &value, int role) override;

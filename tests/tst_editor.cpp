@@ -21,6 +21,7 @@
 #include <QToolBar>
 #include <QWidgetAction>
 
+#include <csignal>
 #include <ctime>
 
 #include <sys/resource.h>
@@ -458,7 +459,7 @@ private Q_SLOTS:
 
     void keepsTheRecoveryFileOnAFullDisk()
     {
-        EditorDriver editor(file(u"song.lrc"_s, Song.toUtf8()));
+        EditorDriver editor(m_home.file(u"song.lrc"_s, Song.toUtf8()));
         editor.type(4, 2, u"changed"_s);
         const QDir folder(qEnvironmentVariable("XDG_DATA_HOME") + u"/QVSongLrc/songlrc-editor/recovery"_s);
         QTRY_COMPARE(folder.entryList({u"*.json"_s}).size(), 1);
@@ -535,6 +536,7 @@ private Q_SLOTS:
                                             {0, u"[00:01.00"_s},
                                             {0, u"[00:01.00]x"_s},
                                             {0, u"[x[00:01.00]"_s},
+                                            {0, u"00:01.00][00:02.00"_s},
                                             {1, u"title"_s}}) {
             editor.type(2, column, typed);
             QVERIFY2(editor.message().contains(typed), qPrintable(typed));
