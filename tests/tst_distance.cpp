@@ -125,6 +125,10 @@ private Q_SLOTS:
         near.remove(999'000, 1);
         QCOMPARE(Distance::likePercent(text, near), float(100.0 - 4 * 100.0 / 1'000'000));
         QCOMPARE(Distance::likePercent(u"!"_s.repeated(1'000'000), u"?"_s.repeated(64)), 0.0f);
+        // Close, but to one side of the diagonal, where narrow bands do not reach.
+        const QString shifted = text.sliced(350, 650) + QString(350, u'!');
+        const QStringView whole = QStringView(text).first(1'000);
+        QCOMPARE(editDistance(whole, shifted, 1'000), tableDistance(whole, shifted));
         QString allDifferent; // as many kinds of units as the hash tables are made for
         while (allDifferent.size() < 256)
             allDifferent += QChar(char16_t(0x100 + allDifferent.size()));

@@ -359,7 +359,7 @@ private Q_SLOTS:
     void understandsOtherClients()
     {
         const QByteArray type = "content-type: Application/x-www-form-urlencoded; charset=utf-8\r\n";
-        const QByteArray body = "track=hello+world&artist&apiKey=" + key().toPercentEncoding();
+        const QByteArray body = "track=world+hello&artist&apiKey=" + key().toPercentEncoding();
         QCOMPARE(m_service.ask(post(SearchPath, body, type)).names(), QStringList(u"Hello World|Adele"_s));
         QVERIFY(m_service.connected(u"localhost"_s));
     }
