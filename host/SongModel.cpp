@@ -21,7 +21,7 @@ QVSongLine &ownLine(QVEditSong &draft, qsizetype row)
 // anything else.
 std::optional<QStringList> typedTags(const QString &typed)
 {
-    const QString text = typed.simplified().remove(u' ');
+    const QString text = typed.simplified().replace("] ["_L1, "]["_L1);
     QStringList parts;
     if (text.startsWith(u'[') && text.endsWith(u']'))
         parts = text.sliced(1).chopped(1).split("]["_L1);

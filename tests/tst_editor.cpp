@@ -537,6 +537,7 @@ private Q_SLOTS:
                                             {0, u"[00:01.00]x"_s},
                                             {0, u"[x[00:01.00]"_s},
                                             {0, u"00:01.00][00:02.00"_s},
+                                            {0, u"1 2:03.00"_s},
                                             {1, u"title"_s}}) {
             editor.type(2, column, typed);
             QVERIFY2(editor.message().contains(typed), qPrintable(typed));
