@@ -240,7 +240,8 @@ void EditorWindow::connectPanes()
     auto *const warning = new QLabel;
     warning->setObjectName(u"warning"_s);
     statusBar()->addPermanentWidget(warning);
-    connect(&m_recovery, &Recovery::written, warning, &QLabel::setText);
+    // In the order in which it was said, in whatever thread.
+    connect(&m_recovery, &Recovery::written, warning, &QLabel::setText, Qt::QueuedConnection);
 }
 
 void EditorWindow::open(const QString &file)
