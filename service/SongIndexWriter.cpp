@@ -134,7 +134,9 @@ QString SongIndexWriter::link(qint64 id)
     QSqlQuery query(m_database);
     query.prepare("SELECT link FROM song WHERE id = ?"_L1);
     query.addBindValue(id);
-    return query.exec() && query.next() ? query.value(0).toString() : QString();
+    if (!query.exec())
+        throw ServiceError(query.lastError().text());
+    return query.next() ? query.value(0).toString() : QString();
 }
 
 QString SongIndexWriter::newLink()
