@@ -20,7 +20,7 @@ namespace {
 
 constexpr QLatin1StringView WriterConnection("scan");
 constexpr int TableVersion = 1;       // another one, another table or meaning of tokens
-constexpr int TransactionSize = 2000; // changes
+constexpr int TransactionSize = 2000; // songs
 
 // The number under which a song is kept: the length of its title, that of its artist, a serial number. See
 // SongIndex for why.
@@ -99,7 +99,7 @@ QHash<QString, SongIndexWriter::Entry> SongIndexWriter::begin()
             {query.value(1).toLongLong(), {query.value(2).toLongLong(), query.value(3).toLongLong()}});
     }
     query.finish();
-    m_pending = 0;
+    m_added = 0;
     m_database.transaction();
     return entries;
 }
@@ -111,7 +111,7 @@ void SongIndexWriter::add(const QString &path, const Stamp &stamp, const SongNam
             {id, path, stamp.size, stamp.modified, name.title, name.artist, link});
     execute("INSERT INTO words (rowid, title, artist) VALUES (?, ?, ?)"_L1,
             {id, SearchTerms::indexed(name.title), SearchTerms::indexed(name.artist)});
-    if (++m_pending % TransactionSize == 0) {
+    if (++m_added % TransactionSize == 0) {
         m_database.commit();
         m_database.transaction();
     }

@@ -7,7 +7,7 @@
 
 /// The index of songs as a LibraryScan writes it. SongIndex is how the service reads it.
 ///
-/// All functions throw ServiceError when the index can't be used.
+/// Functions throw ServiceError when the index can't be used.
 class SongIndexWriter
 {
 public:
@@ -61,5 +61,5 @@ private:
     const QString m_file;
     QSqlDatabase m_database;
     qint64 m_lastSerial = 0;
-    int m_pending = 0; // changes in the open transaction
+    int m_added = 0; // since begin()
 };
