@@ -173,7 +173,10 @@ inline void inDialogs(const std::function<void()> &act, QList<DialogStep> steps)
         dialog->setProperty("isSeen", true);
         sinceStep.start();
         // In a turn of its own: while a timer's slot waits for the next dialog, the timer stands still.
-        QTimer::singleShot(0, dialog, [step = steps.takeFirst(), dialog] { step(dialog); });
+        QTimer::singleShot(0, dialog, [step = steps.takeFirst(), dialog] {
+            QVERIFY(QTest::qWaitForWindowExposed(dialog)); // before that a click may go nowhere
+            step(dialog);
+        });
     });
     poll.start(10);
     act();
