@@ -96,8 +96,8 @@ void EditorWindow::addCommands()
     QMenu *const song = menuBar()->addMenu(tr("&Song"));
     QMenu *const clock = menuBar()->addMenu(tr("&Clock"));
 
-    // All that a command has; the tip tells what it does. What is being typed into a cell becomes an edit first, but
-    // for the clock, by which people type.
+    // All that a command has; the tip tells what it does. What is being typed into a cell becomes an edit first; only
+    // the clock's commands leave the cell open, since people type while it runs.
     const auto add = [this, clock](QMenu *menu, const QString &text, const QKeySequence &keys,
                                    const QString &tip, auto *receiver, auto slot) {
         QAction *const action = menu->addAction(text, keys);

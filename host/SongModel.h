@@ -57,10 +57,10 @@ public:
     // they can't take.
     void insertLine(qsizetype row);
     void deleteLines(const Rows &rows);
-    bool moveLines(const Rows &rows, qint64 milliseconds);
-    bool stamp(qsizetype row, qint64 milliseconds); ///< sets the first time; false for a property
-    bool insertMakerMark();                         ///< false when it is there
-    void load(const QString &text);                 ///< in the place of all lines
+    bool moveLines(const Rows &rows, qint64 milliseconds); ///< false when one would pass LatestTime
+    bool stamp(qsizetype row, qint64 milliseconds);        ///< sets the first time; false for a property
+    bool insertMakerMark();                                ///< false when it is there
+    void load(const QString &text);                        ///< in the place of all lines
 
     // What is typed into a cell becomes an edit.
     bool setData(const QModelIndex &index, const QVariant &value, int role) override;
