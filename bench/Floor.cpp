@@ -1,8 +1,9 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 #include "Floor.h"
 
-#include "../model/TagScanner.h"
-#include "../model/TimeText.h"
+#include "model/TagScanner.h"
+#include "model/TimeText.h"
 
 #include <algorithm>
 

@@ -1,3 +1,4 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
 // What the documents cost, each beside its floor (see Floor.h); bench/ratios.py reads the results.

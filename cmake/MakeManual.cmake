@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The QVSongLrc authors
+# SPDX-License-Identifier: MIT
 # Writes PAGE, from TEMPLATE, and the completions BASH and ZSH with what PROGRAM tells of its command line.
 function(generate part variable)
     execute_process(COMMAND ${PROGRAM} --generate ${part} OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The QVSongLrc authors
+# SPDX-License-Identifier: MIT
 # What `cmake --install` puts where, for the libraries: headers, the CMake package and pkg-config files. What a
 # library needs is read off its target, so that target_link_libraries() is the one place that says so.
 include(CMakePackageConfigHelpers)

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The QVSongLrc authors
+# SPDX-License-Identifier: MIT
 # A program's manual page and completions, made by the program itself, in the folders of the build tree that they are
 # installed to. The page's prose is docs/man/PROGRAM.1.in.
 function(qvsonglrc_manual program)

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The QVSongLrc authors
+# SPDX-License-Identifier: MIT
 include(GNUInstallDirs)
 
 # What every target of the project is built with; nothing of it reaches a program that uses the library.
@@ -11,6 +13,7 @@ function(qvsonglrc_target target)
         RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin
         LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib
         ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+    target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR})
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wconversion -Wshadow)
     target_compile_definitions(${target} PRIVATE
         QT_NO_CAST_FROM_ASCII
@@ -39,9 +42,7 @@ function(qvsonglrc_library target)
         POSITION_INDEPENDENT_CODE ON
         VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR})
-    list(TRANSFORM arg_HEADERS PREPEND ${PROJECT_SOURCE_DIR}/include/QVSongLrc/)
-    target_sources(${target} PUBLIC
-        FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}/include FILES ${arg_HEADERS})
+    qvsonglrc_headers(${target} ${arg_HEADERS})
     target_compile_features(${target} PUBLIC cxx_std_20)
     get_target_property(type ${target} TYPE)
     if(type STREQUAL STATIC_LIBRARY)
@@ -51,6 +52,13 @@ function(qvsonglrc_library target)
         set_property(TARGET ${target} APPEND PROPERTY
             LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
     endif()
+endfunction()
+
+# Gives a library public headers, which lie in include/QVSongLrc.
+function(qvsonglrc_headers target)
+    list(TRANSFORM ARGN PREPEND ${PROJECT_SOURCE_DIR}/include/QVSongLrc/ OUTPUT_VARIABLE headers)
+    target_sources(${target} PUBLIC
+        FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}/include FILES ${headers})
 endfunction()
 
 # Installs programs, which find the libraries wherever the prefix is moved to.

@@ -1,7 +1,8 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 #include "LyricResultsModel.h"
 
-#include "../lookup/SafeModel.h"
+#include "lookup/SafeModel.h"
 
 #include <QVSongLrc/QVSongLrcConstants.h>
 

@@ -1,7 +1,8 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 #include <QVSongLrc/QVLyricSearchWndCtl.h>
 
-#include "../lookup/SafeModel.h"
+#include "lookup/SafeModel.h"
 #include "LyricResultsModel.h"
 #include "Translations.h"
 #include "ui_QVLyricSearchWndCtl.h"

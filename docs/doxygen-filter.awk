@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The QVSongLrc authors
+# SPDX-License-Identifier: MIT
 # Makes of a header what Doxygen understands, line by line, so that its messages name the right lines.
 # - It looks at what lies outside classes in files with a comment of their own only: the licence line becomes one.
 # - It wants comments on functions that are deleted and on operators that compare member by member.

@@ -1,7 +1,8 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "../model/TagScanner.h"
+#include "model/TagScanner.h"
 
 #include <QStringView>
 

@@ -1,10 +1,11 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 #include <QVSongLrc/QVEditSong.h>
 
-#include "../model/OwnedString.h"
-#include "../model/QVSongLine_p.h"
-#include "../model/Saturating.h"
-#include "../model/TimeText.h"
+#include "model/OwnedString.h"
+#include "model/QVSongLine_p.h"
+#include "model/Saturating.h"
+#include "model/TimeText.h"
 #include "LyricReader.h"
 #include "QVLineWriter.h"
 

@@ -1,7 +1,8 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 #include "QVLineWriter.h"
 
-#include "../model/QVSongLine_p.h"
+#include "model/QVSongLine_p.h"
 
 #include <limits>
 

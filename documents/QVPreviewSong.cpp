@@ -1,9 +1,10 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 #include <QVSongLrc/QVPreviewSong.h>
 
-#include "../model/OwnedString.h"
-#include "../model/QVSongLine_p.h"
-#include "../model/TimeText.h"
+#include "model/OwnedString.h"
+#include "model/QVSongLine_p.h"
+#include "model/TimeText.h"
 #include "LyricReader.h"
 #include "QVLineWriter.h"
 

@@ -1,8 +1,9 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
 // The tag scanner finds what ICU's regular expressions find, on any code units.
 
-#include "../tests/IcuTags.h"
+#include "tests/IcuTags.h"
 #include "FuzzText.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)

@@ -1,3 +1,4 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
 // Runs every file of the directories named through the fuzz target that this is linked with.

@@ -1,7 +1,8 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 #include <QVSongLrc/ZTLyricRequestModel.h>
 
-#include "../model/Saturating.h"
+#include "model/Saturating.h"
 #include "AnswerReader.h"
 #include "LookupScope.h"
 #include "QtHttpClient.h"

@@ -1,10 +1,12 @@
 #!/bin/sh
+# SPDX-FileCopyrightText: 2026 The QVSongLrc authors
+# SPDX-License-Identifier: MIT
 # usage: symbols.sh check|update LIST VERSION HEADER_FOLDER LIBRARY...
 # Compares what the shared libraries export with LIST, a Debian symbols file, or adds what is new to it with the
 # version in which it came. Nothing is ever taken out: programs that were built with an older version need it.
 # A symbol that no release has had, and one that goes with a new SOVERSION, is deleted from LIST by hand.
 set -eu
-[ $# -ge 5 ] || { sed -n '2s/^# //p' "$0" >&2; exit 2; }
+[ $# -ge 5 ] || { sed -n '4s/^# //p' "$0" >&2; exit 2; }
 command=$1
 list=$2
 version=$3

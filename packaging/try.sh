@@ -1,4 +1,6 @@
 #!/bin/sh
+# SPDX-FileCopyrightText: 2026 The QVSongLrc authors
+# SPDX-License-Identifier: MIT
 # usage: try.sh ROOT PACKAGE_FOLDER
 # Tries the Debian packages in ROOT, a Debian 12 made for this and changed by it: installs, uses and removes them.
 # Takes root. Everything that is started ends with this, and mounts are seen by nothing else.

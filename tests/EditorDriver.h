@@ -1,7 +1,8 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "host/EditorWindow.h"
+#include "programs/editor/EditorWindow.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemModelTester>

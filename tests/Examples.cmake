@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The QVSongLrc authors
+# SPDX-License-Identifier: MIT
 # Examples of the pages, compiled and run as they stand there.
 
 # Sets VARIABLE to the first block of code in LANGUAGE below HEADING of PAGE; to nothing where there is none.

@@ -1,9 +1,10 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 #pragma once
 
 // The tags of a text as ICU's own regular expressions find them, to hold the scanner against.
 
-#include "../model/TagScanner.h"
+#include "model/TagScanner.h"
 
 #include <unicode/regex.h>
 

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The QVSongLrc authors
+# SPDX-License-Identifier: MIT
 # Runs FOLDER/commands.sh, with the program in FOLDER, and fails unless it prints what FOLDER/expected.txt holds.
 set(place ${FOLDER}/run)
 file(REMOVE_RECURSE ${place})

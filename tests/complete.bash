@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The QVSongLrc authors
+# SPDX-License-Identifier: MIT
 # Tells what bash offers for each command line with the cursor at its end: "= LINE", then a candidate a line.
 # usage: bash complete.bash COMPLETIONS_FOLDER LINE...
 # shellcheck disable=SC1091 # a package

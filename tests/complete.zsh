@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The QVSongLrc authors
+# SPDX-License-Identifier: MIT
 # Tells what zsh offers for each command line with the cursor at its end: "= LINE", then a candidate a line.
 # usage: zsh -f complete.zsh COMPLETIONS_FOLDER LINE...
 zmodload zsh/zpty

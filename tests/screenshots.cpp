@@ -1,10 +1,11 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
 // Takes the pictures that the README shows, of real windows that real keys have worked in.
 // screenshots --service HOST:PORT --ca-file FILE SONG FOLDER
 
 #include "EditorDriver.h"
-#include "support/LookupOptions.h"
+#include "programs/common/LookupOptions.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,5 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
-#include "../lookup/EditDistance.h"
+#include "lookup/EditDistance.h"
 
 #include <QVSongLrc/Distance.h>
 #include <QVSongLrc/QVSongLrcConstants.h>

@@ -1,10 +1,11 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
 // The editor's window, used by keys and clicks; its files, its recovery, and its answer to long songs.
 
 #include "EditorDriver.h"
-#include "host/ClockBar.h"
-#include "host/Recovery.h"
+#include "programs/editor/ClockBar.h"
+#include "programs/editor/Recovery.h"
 
 #include <QVSongLrc/QVUtils.h>
 

@@ -1,3 +1,4 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
 // songlrc-editor itself, run as a person runs it. Its keys come from xdotool, which takes an X server.

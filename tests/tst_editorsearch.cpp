@@ -1,3 +1,4 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
 // "Search Online…": the dialog over the editor's window, the service behind it, and what becomes of the song.

@@ -1,5 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
-#include "../lookup/LyricHttpClient.h"
+#include "lookup/LyricHttpClient.h"
 #include "LookupServer.h"
 #include "TurnWatch.h"
 

@@ -1,3 +1,4 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
 // The last step of docs/tutorial.md, as it stands there, with a user who looks a song up.

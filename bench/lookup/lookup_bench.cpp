@@ -1,6 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
-#include "../../tests/MisbehavingServer.h"
-#include "../../tests/TestAuthority.h"
+#include "tests/MisbehavingServer.h"
+#include "tests/TestAuthority.h"
 
 #include <QVSongLrc/Distance.h>
 #include <QVSongLrc/LyricService.h>

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The QVSongLrc authors
+# SPDX-License-Identifier: MIT
 # Debian's manual pages are compressed.
 file(GLOB_RECURSE pages ${CPACK_TEMPORARY_DIRECTORY}/*.1)
 list(FILTER pages INCLUDE REGEX "/man/man1/")

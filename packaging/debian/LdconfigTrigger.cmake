@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The QVSongLrc authors
+# SPDX-License-Identifier: MIT
 # CPack gives a package of libraries maintainer scripts that call ldconfig. Debian has a trigger for that, which
 # runs once however many packages are installed, so the scripts that are that call alone give way to it.
 foreach(package IN LISTS CPACK_PACKAGE_FILES)

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The QVSongLrc authors
+# SPDX-License-Identifier: MIT
 # Installs BINARY_DIR into a folder and moves that to PREFIX, so that nothing can lean on where it was installed.
 file(REMOVE_RECURSE ${PREFIX} ${PREFIX}.before)
 execute_process(

@@ -1,3 +1,4 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
 // Programs that were built with an older version have these sizes compiled in. A change takes a new SOVERSION.

@@ -1,4 +1,6 @@
 #!/bin/sh
+# SPDX-FileCopyrightText: 2026 The QVSongLrc authors
+# SPDX-License-Identifier: MIT
 # usage: pkg-config.sh COMPILER PKG_CONFIG_FOLDER BUILD_FOLDER
 # Builds and runs a program with each of the libraries, by what pkg-config says.
 set -eu

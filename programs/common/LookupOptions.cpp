@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
+// SPDX-License-Identifier: MIT
+#include "LookupOptions.h"
+
+#include "TextFile.h"
+
+#include <QVSongLrc/LyricService.h>
+
+#include <CLI/CLI.hpp>
+
+#include <QFile>
+
+namespace {
+
+QUrl serviceUrl(const std::string &service)
+{
+    return QUrl(QStringLiteral("https://") + QString::fromStdString(service), QUrl::StrictMode);
+}
+
+// Whether it is a host, or a host and a port, as in "localhost:8443".
+bool isService(const std::string &service)
+{
+    const QUrl url = serviceUrl(service);
+    return url.isValid() && !url.host().isEmpty() && url.port(443) > 0 && url.path().isEmpty()
+        && url.userInfo().isEmpty() && !url.hasQuery() && !url.hasFragment();
+}
+
+} // namespace
+
+void LookupOptions::addTo(CLI::App &command)
+{
+    command.add_option("--service", service, "Ask this lyric service.")
+        ->type_name("HOST[:PORT]")
+        ->check([](const std::string &name) { return isService(name) ? "" : "no host and port: " + name; });
+    command.add_option("--ca-file", caFile, "Trust the authorities in this file, not the system's.")
+        ->type_name("FILE")
+        ->check([](const std::string &file) { return file.empty() ? "names no file" : ""; });
+}
+
+void LookupOptions::apply() const
+{
+    if (!service.empty()) {
+        const QUrl url = serviceUrl(service);
+        LyricService::setEndpoint(url.host(), quint16(url.port(443)));
+    }
+    if (!caFile.empty()) {
+        const QString name = QFile::decodeName(caFile.c_str());
+        QFile file(name.startsWith(u':') ? QStringLiteral("./") + name : name);
+        if (!file.open(QIODevice::ReadOnly))
+            throw FileError(name, file.errorString());
+        const auto certificates = QSslCertificate::fromDevice(&file);
+        if (certificates.isEmpty())
+            throw FileError(name, QStringLiteral("holds no certificate"));
+        for (const QSslCertificate &certificate : certificates)
+            LyricService::addCertificateAuthority(certificate);
+    }
+}

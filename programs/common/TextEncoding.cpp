@@ -1,0 +1,185 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
+// SPDX-License-Identifier: MIT
+#include "TextEncoding.h"
+
+#include <QByteArrayList>
+
+#include <unicode/localpointer.h>
+#include <unicode/ucnv.h>
+#include <unicode/ucnv_err.h>
+#include <unicode/ucsdet.h>
+
+#include <algorithm>
+
+namespace {
+
+constexpr char16_t ByteOrderMark = 0xFEFF;
+
+// A converter that stops at what it can't convert, null when there is none of that name.
+icu::LocalUConverterPointer openConverter(const QByteArray &name)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    icu::LocalUConverterPointer converter(ucnv_open(name.constData(), &status));
+    ucnv_setToUCallBack(converter.getAlias(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
+    ucnv_setFromUCallBack(converter.getAlias(), UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
+                          &status);
+    if (U_FAILURE(status))
+        converter.adoptInstead(nullptr);
+    return converter;
+}
+
+// Feeds all of source through convert, which takes (target, targetEnd, source, sourceEnd, status) as ICU's
+// conversions do, in blocks of output. False when it stops at a piece that it can't convert.
+template <typename Result, typename Target, typename Source, typename Convert>
+bool convertAll(Result &result, const Source *source, const Source *sourceEnd, Convert convert)
+{
+    constexpr qsizetype Block = 64 * 1024;
+    qsizetype length = 0;
+    result.resize(sourceEnd - source);
+    for (;;) {
+        if (result.size() - length < Block)
+            result.resize(std::max(length + Block, length * 3 / 2));
+        auto *const begin = reinterpret_cast<Target *>(result.data());
+        Target *target = begin + length;
+        UErrorCode status = U_ZERO_ERROR;
+        convert(&target, begin + result.size(), &source, sourceEnd, &status);
+        length = target - begin;
+        if (status != U_BUFFER_OVERFLOW_ERROR) {
+            result.truncate(length);
+            return U_SUCCESS(status);
+        }
+    }
+}
+
+std::optional<QString> decode(const QByteArray &bytes, const QByteArray &name)
+{
+    const icu::LocalUConverterPointer converter = openConverter(name);
+    QString text;
+    const bool done =
+        converter.isValid()
+        && convertAll<QString, char16_t>(
+            text, bytes.cbegin(), bytes.cend(),
+            [&](auto target, auto targetEnd, auto source, auto end, auto status) {
+                ucnv_toUnicode(converter.getAlias(), target, targetEnd, source, end, nullptr, true, status);
+            });
+    return done ? std::optional(text) : std::nullopt;
+}
+
+// The encodings that bytes look like, likeliest first.
+QByteArrayList likelyEncodings(const QByteArray &bytes)
+{
+    constexpr qsizetype Sample = 1 << 20;
+    QByteArrayList names;
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::LocalUCharsetDetectorPointer detector(ucsdet_open(&status));
+    ucsdet_setText(detector.getAlias(), bytes.constData(), int32_t(std::min(bytes.size(), Sample)), &status);
+    int32_t count = 0;
+    const UCharsetMatch **const matches = ucsdet_detectAll(detector.getAlias(), &count, &status);
+    for (int32_t i = 0; U_SUCCESS(status) && i < count; ++i) {
+        constexpr int32_t NoIdea = 10; // what ICU says of encodings that are merely possible
+        const QByteArray name = ucsdet_getName(matches[i], &status);
+        if (ucsdet_getConfidence(matches[i], &status) > NoIdea && !name.startsWith("IBM")) // EBCDIC
+            names += name;
+    }
+    names += "windows-1252";
+    return names;
+}
+
+QByteArray canonicalName(const QByteArray &name)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::LocalUConverterPointer converter = openConverter(name);
+    return converter.isValid() ? ucnv_getName(converter.getAlias(), &status) : name;
+}
+
+bool hasUtf16Mark(const QByteArray &bytes)
+{
+    return bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF");
+}
+
+// UTF-16 and UTF-32 by themselves go by the mark, and are big-endian without one.
+QByteArray withByteOrder(const QByteArray &name, const QByteArray &bytes)
+{
+    if (name != "UTF-16" && name != "UTF-32")
+        return name;
+    return name + (bytes.startsWith("\xFF\xFE") ? "LE" : "BE");
+}
+
+// Whether a text has only characters that people write: wrong guesses soon meet others.
+bool readsAsText(const QString &text)
+{
+    return std::none_of(text.cbegin(), text.cend(), [](QChar c) {
+        const auto category = c.category();
+        return category == QChar::Other_PrivateUse || category == QChar::Other_NotAssigned
+            || (category == QChar::Other_Control && c > u'~');
+    });
+}
+
+DecodedText withoutMark(const QString &text, const QByteArray &name)
+{
+    const bool hasMark = text.startsWith(QChar(ByteOrderMark));
+    return {hasMark ? text.sliced(1) : text, {name, hasMark}};
+}
+
+} // namespace
+
+QString wellFormed(QString text)
+{
+    if (text.isValidUtf16())
+        return text;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate())
+            ++i;
+        else if (text[i].isSurrogate())
+            text[i] = QChar::ReplacementCharacter;
+    }
+    return text;
+}
+
+bool isTextEncoding(const QByteArray &name)
+{
+    return openConverter(name).isValid();
+}
+
+TextEncoding textEncodingToWrite(const QByteArray &name)
+{
+    const QByteArray canonical = canonicalName(name);
+    if (canonical == "UTF-16" || canonical == "UTF-32")
+        return {canonical + "LE", true};
+    return {canonical, false};
+}
+
+std::optional<DecodedText> decodeText(const QByteArray &bytes, const QByteArray &name)
+{
+    if (!name.isEmpty() || hasUtf16Mark(bytes)) {
+        const QByteArray encoding = withByteOrder(name.isEmpty() ? "UTF-16" : canonicalName(name), bytes);
+        const auto text = decode(bytes, encoding);
+        return text ? std::optional(withoutMark(*text, encoding)) : std::nullopt;
+    }
+    if (const auto text = decode(bytes, "UTF-8"))
+        return withoutMark(*text, "UTF-8");
+    if (bytes.contains('\0')) // no legacy text holds NUL: such bytes are no text at all
+        return std::nullopt;
+    // A guess may be wrong, but it must read as text, and give the same bytes back.
+    for (const QByteArray &candidate : likelyEncodings(bytes)) {
+        const auto text = decode(bytes, candidate);
+        if (text && readsAsText(*text) && encodeText(*text, {candidate, false}) == bytes)
+            return DecodedText{*text, {candidate, false}};
+    }
+    return DecodedText{QString::fromLatin1(bytes), {"ISO-8859-1", false}};
+}
+
+std::optional<QByteArray> encodeText(const QString &text, const TextEncoding &encoding)
+{
+    const icu::LocalUConverterPointer converter = openConverter(encoding.name);
+    const QString marked = wellFormed(encoding.hasMark ? QChar(ByteOrderMark) + text : text);
+    const auto *const begin = reinterpret_cast<const char16_t *>(marked.constData());
+    QByteArray bytes;
+    const bool done = converter.isValid()
+        && convertAll<QByteArray, char>(bytes, begin, begin + marked.size(),
+                                        [&](auto target, auto targetEnd, auto source, auto end, auto status) {
+                                            ucnv_fromUnicode(converter.getAlias(), target, targetEnd, source,
+                                                             end, nullptr, true, status);
+                                        });
+    return done ? std::optional(bytes) : std::nullopt;
+}

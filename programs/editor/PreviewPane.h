@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "LyricView.h"
+
+#include <QVSongLrc/QVPreviewSong.h>
+
+/// The song as it plays, the line highlighted that is sung now. Times are in ms.
+class PreviewPane : public LyricView
+{
+    Q_OBJECT
+
+public:
+    explicit PreviewPane(QWidget *parent = nullptr);
+
+    /// Shows what \p songText plays like.
+    void setSong(const QString &songText);
+    void setHasTags(bool hasTags);
+    void setNow(qint64 now);
+
+    /// The time of the last line; 0 without lines.
+    qint64 length() const;
+
+Q_SIGNALS:
+    /// The user chose the line that is sung at this time.
+    void lineChosen(qint64 time);
+
+private:
+    void showText();
+
+    QVPreviewSong m_song;
+    bool m_hasTags = true;
+    qint64 m_now = 0;
+    qsizetype m_current = -1; // the line highlighted
+};

@@ -1,0 +1,177 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
+// SPDX-License-Identifier: MIT
+#include "LyricApi.h"
+
+#include "Form.h"
+#include "HttpsConnection.h"
+#include "LyricText.h"
+#include "RequestKeyCheck.h"
+#include "ServiceError.h"
+#include "SongIndex.h"
+
+#include <QVSongLrc/QVSongLrcConstants.h>
+
+#include <QDateTime>
+#include <QDebug>
+#include <QElapsedTimer>
+#include <QHttpServerResponder>
+#include <QJsonArray>
+#include <QMetaEnum>
+
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1StringView SearchPath("/phpLyricFetcher/search/search.php");
+constexpr QLatin1StringView DetailPath("/phpLyricFetcher/detail/detail.php");
+constexpr QLatin1StringView FormType("application/x-www-form-urlencoded");
+constexpr QLatin1StringView KeyField("apiKey");
+constexpr QLatin1StringView LinkField("link");
+constexpr QLatin1StringView Results("results");
+constexpr qsizetype MaxLoggedPath = 200;
+
+const Refusal *refusalOf(RequestKeyState state)
+{
+    switch (state) {
+    case RequestKeyState::Good:
+        return nullptr;
+    case RequestKeyState::Missing:
+        return &Refusals::MissingKey;
+    case RequestKeyState::Undecipherable:
+        return &Refusals::UndecipherableKey;
+    case RequestKeyState::OutOfTime:
+        return &Refusals::KeyOutOfTime;
+    }
+    return &Refusals::UndecipherableKey;
+}
+
+} // namespace
+
+LyricApi::Answer::Answer(const Refusal &refusal)
+    : status(refusal.status)
+    , body(QJsonDocument::fromJson(refusal.json()).object())
+{
+}
+
+LyricApi::Answer::Answer(const QString &key, const QJsonValue &value)
+    : body{{"code"_L1, 0}, {key, value}}
+{
+}
+
+LyricApi::LyricApi(SongIndex &index, const QString &library, bool log)
+    : m_index(index)
+    , m_library(library)
+    , m_log(log)
+{
+}
+
+bool LyricApi::handleRequest(const QHttpServerRequest &request, QTcpSocket *socket)
+{
+    auto *connection = qobject_cast<HttpsConnection *>(socket);
+    if (!connection || !connection->hasRequest())
+        return true; // read in another way than the connection reads it, which will refuse it
+    QElapsedTimer clock;
+    clock.start();
+    const QString path = request.url().path();
+    const Answer reply = answer(request, path);
+    {
+        QHttpServerResponder responder = makeResponder(request, socket);
+        const QByteArray body = QJsonDocument(reply.body).toJson(QJsonDocument::Compact);
+        const auto status = QHttpServerResponder::StatusCode(reply.status);
+        if (reply.status == Refusals::WrongMethod.status)
+            responder.write(body, {{"Content-Type", "application/json"}, {"Allow", "POST"}}, status);
+        else
+            responder.write(body, {{"Content-Type", "application/json"}}, status);
+    }
+    connection->answered();
+    const char *method = QMetaEnum::fromType<QHttpServerRequest::Method>().valueToKey(int(request.method()));
+    log(QString::fromLatin1(method).toUpper(), path, reply, clock.nsecsElapsed() / 1000);
+    return true;
+}
+
+LyricApi::Answer LyricApi::answer(const QHttpServerRequest &request, const QString &path)
+{
+    const bool isSearch = path == SearchPath;
+    if (!isSearch && path != DetailPath)
+        return Refusals::UnknownPath;
+    if (request.method() != QHttpServerRequest::Method::Post)
+        return Refusals::WrongMethod;
+    const QByteArray type = request.value("Content-Type").split(';').front(); // less parameters
+    if (type.trimmed().toLower() != QByteArrayView(FormType))
+        return Refusals::NoForm;
+    const auto form = readForm(request.body());
+    if (!form)
+        return Refusals::BadForm;
+    const auto state = checkRequestKey(form->value(KeyField), QDateTime::currentSecsSinceEpoch());
+    if (const Refusal *refusal = refusalOf(state))
+        return *refusal;
+    try {
+        return isSearch ? search(*form) : detail(*form);
+    } catch (const ServiceError &error) {
+        qWarning("can't read the index: %s", error.what());
+        return Refusals::NoIndex;
+    }
+}
+
+LyricApi::Answer LyricApi::search(const Form &form)
+{
+    const QString track = form.value(Key_Lyric_Trackname);
+    const QString artist = form.value(Key_Lyric_Artist);
+    if (track.isEmpty() && artist.isEmpty())
+        return Refusals::EmptyQuery;
+    QJsonArray results;
+    const auto candidates = m_index.search(track, artist);
+    for (const SongIndex::Candidate &candidate : candidates) {
+        // Clients drop candidates without an artist.
+        results.append(
+            QJsonObject{{Key_Lyric_Trackname, candidate.track},
+                        {Key_Lyric_Artist, candidate.artist.isEmpty() ? u"Unknown"_s : candidate.artist},
+                        {LinkField, candidate.link}});
+    }
+    return Answer(Results, results);
+}
+
+LyricApi::Answer LyricApi::detail(const Form &form)
+{
+    const auto path = m_index.path(form.value(LinkField));
+    if (!path)
+        return Refusals::UnknownLink;
+    // The file may have been replaced since it was indexed: by a link to elsewhere, or by something else to
+    // wait for.
+    const QFileInfo file(m_library.filePath(*path));
+    QString error = u"not a plain file any more"_s;
+    const bool isPlain = file.isFile() && file.canonicalFilePath() == file.filePath();
+    const auto text = isPlain ? readLyricText(file.filePath(), &error) : std::nullopt;
+    if (!text) {
+        qWarning().noquote() << "can't serve" << QDebug::toString(*path) << '-' << error;
+        return Refusals::UnreadableLyric;
+    }
+    return Answer(u"result"_s, QJsonObject{{Key_Lyric_Lyric, *text}});
+}
+
+void LyricApi::logRefused(const Refusal &refusal, const QByteArray &requestLine) const
+{
+    const QList<QByteArray> words = requestLine.split(' ');
+    const QByteArray target = words.value(1);
+    const qsizetype query = target.indexOf('?');
+    log(QString::fromLatin1(words.front()), QString::fromLatin1(query < 0 ? target : target.first(query)),
+        refusal, 0);
+}
+
+void LyricApi::log(const QString &method, const QString &path, const Answer &answer,
+                   qint64 microseconds) const
+{
+    if (!m_log)
+        return;
+    const QJsonObject line{{"time"_L1, QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs)},
+                           {"method"_L1, method.left(MaxLoggedPath)},
+                           {"path"_L1, path.left(MaxLoggedPath)},
+                           {"status"_L1, answer.status},
+                           {"code"_L1, answer.body.value("code"_L1)},
+                           {"ms"_L1, double(microseconds) / 1000.0},
+                           {Results, answer.body.value(Results).toArray().size()}};
+    std::fputs(QJsonDocument(line).toJson(QJsonDocument::Compact).append('\n').constData(), stdout);
+    std::fflush(stdout);
+}
