@@ -1,9 +1,9 @@
 # SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 # SPDX-License-Identifier: MIT
-# Makes of a header what Doxygen understands, line by line, so that its messages name the right lines.
-# - It looks at what lies outside classes in files with a comment of their own only: the licence line becomes one.
-# - It wants comments on functions that are deleted and on operators that compare member by member.
-# - A setter or an overload right below a documented function shares that function's comment.
+# Rewrites a header for Doxygen line by line, so that line numbers in its messages stay right.
+# - Doxygen documents names outside classes only in files that have a comment: the first licence line becomes one.
+# - Doxygen asks for comments on deleted functions and on defaulted operators: those lines are dropped.
+# - A setter or an overload directly below a documented function gets that function's comment.
 NR == 1 { print "/** \\file */"; next }
 /= delete;$/ || /friend.* = default;$/ { print ""; name = ""; next }
 /^ *\/\/\/ / { if (!inComment) comment = ""; inComment = 1; comment = comment " " substr($0, index($0, "///") + 4); print; next }
