@@ -19,9 +19,9 @@ public:
 
     QString authorityFile() const;
 
-    /// The TLS configuration of the server. Creates the authority (valid for ten years) and the certificate (valid
-    /// for 397 days) when they are missing, expire within 30 days, or do not cover the address. Logs a warning when
-    /// it replaces an authority, because clients need the new one.
+    /// The TLS configuration of the server. Creates the authority and the certificate when they are missing, about to
+    /// expire, or do not cover the address. Logs a warning when it replaces an authority, because clients need the
+    /// new one.
     ///
     /// \throws StorageError when a file can't be written or the authority's files are damaged.
     QSslConfiguration prepare() const;

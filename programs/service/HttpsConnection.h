@@ -11,8 +11,8 @@
 struct ServiceError;
 
 /// A client's connection to an HttpsListener. Checks every request before QAbstractHttpServer reads it, because that
-/// class has no limits: well-framed requests of up to MaxBody bytes pass; any other gets an error reply, and the connection
-/// closes. Clients that are too slow are disconnected.
+/// class has no limits. Well-framed requests of up to MaxBody bytes pass. Any other gets an error reply, and the
+/// connection closes. Slow clients are disconnected.
 ///
 /// Takes one request at a time: more bytes before the reply are an error, and a client that sends the next request
 /// before it has read the reply is disconnected.

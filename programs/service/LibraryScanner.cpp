@@ -64,15 +64,15 @@ LibraryScanner::LibraryScanner(const QString &library, const QString &indexFile)
     : m_library(library)
     , m_index(indexFile)
 {
-    m_soon.setSingleShot(true);
-    m_soon.setInterval(200);
-    m_regular.setSingleShot(true);
-    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, &m_soon, [this] {
-        if (!m_soon.isActive())
-            m_soon.start();
+    m_changeTimer.setSingleShot(true);
+    m_changeTimer.setInterval(200);
+    m_periodicTimer.setSingleShot(true);
+    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, &m_changeTimer, [this] {
+        if (!m_changeTimer.isActive())
+            m_changeTimer.start();
     });
-    connect(&m_soon, &QTimer::timeout, this, &LibraryScanner::rescan);
-    connect(&m_regular, &QTimer::timeout, this, &LibraryScanner::rescan);
+    connect(&m_changeTimer, &QTimer::timeout, this, &LibraryScanner::rescan);
+    connect(&m_periodicTimer, &QTimer::timeout, this, &LibraryScanner::rescan);
 }
 
 void LibraryScanner::start()
@@ -110,8 +110,8 @@ void LibraryScanner::scan()
     clock.start();
     // The pause grows with the duration of a scan, so that a large library is not scanned all the time.
     const auto scheduleNext = qScopeGuard([&] {
-        m_soon.setInterval(int(std::clamp<qint64>(clock.elapsed() * 5, 200, 30'000)));
-        m_regular.start(int(std::clamp<qint64>(clock.elapsed() * 50, 15'000, 3'600'000)));
+        m_changeTimer.setInterval(int(std::clamp<qint64>(clock.elapsed() * 5, 200, 30'000)));
+        m_periodicTimer.start(int(std::clamp<qint64>(clock.elapsed() * 50, 15'000, 3'600'000)));
     });
     try {
         QStringList directories;
@@ -197,6 +197,6 @@ void LibraryScanner::watch(const QStringList &directories)
         m_watcher.removePaths(removed.values());
     if (const auto added = current - old; !added.isEmpty()) {
         m_watcher.addPaths(added.values());
-        m_soon.start(); // for changes before the watch began
+        m_changeTimer.start(); // for changes before the watch began
     }
 }

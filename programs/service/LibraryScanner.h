@@ -50,6 +50,6 @@ private:
     SongIndexWriter m_index;
     QHash<QString, Stamp> m_unusable; // reported files, by path
     QFileSystemWatcher m_watcher{this};
-    QTimer m_soon{this};
-    QTimer m_regular{this};
+    QTimer m_changeTimer{this};
+    QTimer m_periodicTimer{this};
 };

@@ -15,7 +15,7 @@ std::optional<QString> readLyricText(const QString &path, QString *error)
     }
     const QByteArray bytes = file.read(MaxLyricSize + 1);
     if (bytes.size() > MaxLyricSize) {
-        *error = QStringLiteral("larger than 1 MiB");
+        *error = QStringLiteral("too large for a lyric");
         return std::nullopt;
     }
     if (bytes.isEmpty() && file.error() != QFile::NoError) {

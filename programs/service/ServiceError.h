@@ -40,7 +40,7 @@ inline constexpr ServiceError UnknownPath{404, 404, "no such path"};
 inline constexpr ServiceError WrongMethod{405, 405, "only POST is supported"};
 inline constexpr ServiceError TooSlow{408, 408, "the request took too long to arrive"};
 inline constexpr ServiceError NoLength{411, 411, "the request has no Content-Length"};
-inline constexpr ServiceError TooLarge{413, 413, "the request is larger than 64 KiB"};
+inline constexpr ServiceError TooLarge{413, 413, "the request is too large"};
 inline constexpr ServiceError NoForm{415, 415, "the request is not a URL-encoded form"};
 inline constexpr ServiceError LongHead{431, 431, "the request's headers are too long"};
 inline constexpr ServiceError NoIndex{500, 500, "the song index can't be read"};

@@ -5,6 +5,7 @@
 #include "LibraryScanner.h"
 #include "LyricApi.h"
 #include "SongIndex.h"
+#include "StorageError.h"
 #include "UnixSignals.h"
 #include "programs/common/CommandLine.h"
 
@@ -166,11 +167,13 @@ int main(int argc, char **argv)
     CLI::App cli("Serve the lyrics in a folder of .lrc files over HTTPS.", "songlrc-service");
     CommandLine::addStandardOptions(cli, SONGLRC_VERSION);
     cli.add_option("--library", library, "The folder of .lrc files.")->required()->type_name("DIR");
-    cli.add_option("--port", port, "The port to listen on. The default, 0, selects a free one.")
-        ->type_name("N");
+    cli.add_option("--port", port, "The port to listen on. 0 selects a free one.")
+        ->type_name("N")
+        ->capture_default_str();
     cli.add_option("--data", data, "The folder for the song index and certificates.")->type_name("DIR");
-    cli.add_option("--address", address, "The IP address to listen on. The default is 127.0.0.1.")
+    cli.add_option("--address", address, "The IP address to listen on.")
         ->type_name("A")
+        ->capture_default_str()
         ->check([](const std::string &text) {
             return QHostAddress(QString::fromStdString(text)).isNull() ? "not an IP address: " + text
                                                                        : std::string();

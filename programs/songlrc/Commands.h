@@ -38,7 +38,7 @@ struct Options
     QStringList files;
     QByteArray encoding;       ///< for reading; empty: detected
     QByteArray outputEncoding; ///< for writing; empty: that of the input, UTF-8 on standard output
-    QString output = QStringLiteral("-");
+    QString output;
     bool inPlace = false;
     bool json = false;
     bool noTags = false;

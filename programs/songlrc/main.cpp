@@ -27,8 +27,7 @@ public:
         addJson(parse);
 
         CLI::App &format = add("format", "Print the lyric's text in normal form.", Commands::format);
-        addFiles(format, 1, 1);
-        addOutput(format);
+        addEditing(format);
 
         CLI::App &preview = add("preview", "Print the lines in play order.", Commands::preview);
         addFiles(preview, 1, CLI::detail::expected_max_vector_size);
@@ -46,12 +45,10 @@ public:
                 QByteArray::fromStdString(number).toLongLong(&isNumber);
                 return isNumber ? "" : "not a 64-bit integer: " + number;
             });
-        addFiles(shift, 1, 1);
-        addOutput(shift);
+        addEditing(shift);
 
         CLI::App &mark = add("mark", "Add the maker mark, unless the lyric has it.", Commands::mark);
-        addFiles(mark, 1, 1);
-        addOutput(mark);
+        addEditing(mark);
 
         CLI::App &compare =
             add("compare", "Compare two lyrics. The exit status is 0 if they are equal, 1 if not.",
@@ -67,8 +64,7 @@ public:
             add("fetch", "Download the lyric of the best match or of a link.", LookupCommands::fetch);
         addQuery(fetch);
         fetch.add_option("--link", m_link, "The lyric's link, as printed by search.")->type_name("LINK");
-        fetch.add_option("-o,--output", m_output, "Write to this file instead of standard output.")
-            ->type_name("FILE");
+        addOutput(fetch);
     }
 
     /// Returns the command to run. Returns null, with \p status set, after printing help or an error.
@@ -157,11 +153,16 @@ private:
         command.add_flag("--json", m_options.json, "Print one JSON object per file, each on its own line.");
     }
 
-    void addOutput(CLI::App &command)
+    CLI::Option *addOutput(CLI::App &command)
     {
-        CLI::Option *const output =
-            command.add_option("-o,--output", m_output, "Write to this file instead of standard output.")
-                ->type_name("FILE");
+        return command.add_option("-o,--output", m_output, "Write to this file instead of standard output.")
+            ->type_name("FILE");
+    }
+
+    void addEditing(CLI::App &command)
+    {
+        addFiles(command, 1, 1);
+        CLI::Option *const output = addOutput(command);
         command.add_flag("--in-place", m_options.inPlace, "Write to the input file.")->excludes(output);
         addEncoding(
             command, "--output-encoding", m_outputEncoding,
@@ -183,7 +184,7 @@ private:
     std::set<const CLI::App *> m_lookups;
     std::set<std::string> m_severalFiles;
     std::vector<std::string> m_files;
-    std::string m_output = "-";
+    std::string m_output = StandardStream.data();
     std::string m_milliseconds;
     std::string m_encoding;
     std::string m_title;
