@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
-// The command line, run as a person runs it.
+// Runs the program songlrc.
 
 #include "Cases.h"
 
@@ -37,7 +37,7 @@ Run songlrc(const QStringList &arguments, const QByteArray &input = {})
     return run(QStringLiteral(SONGLRC), arguments, input);
 }
 
-bool isOneLineOfError(const QByteArray &error)
+bool isErrorLine(const QByteArray &error)
 {
     return error.startsWith("songlrc: ") && error.indexOf('\n') == error.size() - 1;
 }
@@ -66,7 +66,7 @@ private Q_SLOTS:
         const Run result = songlrc(strings(row[2]), row[3].toString().toLatin1());
         QCOMPARE(result.status, row[1].toInt());
         QCOMPARE(result.output, QByteArray());
-        QVERIFY2(isOneLineOfError(result.error), result.error.constData());
+        QVERIFY2(isErrorLine(result.error), result.error.constData());
         QVERIFY2(!QFileInfo(u"/dev/full"_s).isFile(), "the device was replaced by a file");
     }
 
@@ -80,13 +80,13 @@ private Q_SLOTS:
         QCOMPARE(songlrc({u"compare"_s, a, file(u"none"_s)}).status, 3);
     }
 
-    void goesOnAfterAFileThatFails()
+    void continuesAfterAFailure()
     {
         const QString good = makeFile(u"good.lrc"_s, "[00:01.00]x");
         for (const QString &command : {u"parse"_s, u"preview"_s}) {
             const Run result = songlrc({command, u"--json"_s, good, file(u"none"_s), good});
             QCOMPARE(result.status, 3);
-            QVERIFY2(isOneLineOfError(result.error), result.error.constData());
+            QVERIFY2(isErrorLine(result.error), result.error.constData());
             const QByteArrayList lines = result.output.split('\n');
             QCOMPARE(lines.size(), 4);
             QCOMPARE(lines[0], lines[2]);
@@ -98,7 +98,7 @@ private Q_SLOTS:
         QCOMPARE(songlrc({u"preview"_s, good, good}).output, heading + heading);
     }
 
-    // Title and number of lines, timed lines and property lines among them, as one counts them in the file.
+    // Title and numbers of all lines, timed lines and property lines, counted by hand.
     void readsSamples_data() { addCases("songlrc", "samples"); }
     void readsSamples()
     {
@@ -116,8 +116,7 @@ private Q_SLOTS:
         addCases("songlrc", "keepsBytes");
         QFile shiftJis(QStringLiteral(SAMPLES "/sakura-sakura.lrc"));
         QVERIFY(shiftJis.open(QIODevice::ReadOnly));
-        const QByteArray large =
-            QByteArray("\u6b4c").repeated(30'000) + '\n'; // is converted in several blocks
+        const QByteArray large = QByteArray("\u6b4c").repeated(30'000) + '\n'; // several blocks of conversion
         QTest::newRow("large") << QJsonArray{{}, QString::fromLatin1(large)};
         QTest::newRow("Shift_JIS") << QJsonArray{{}, QString::fromLatin1(shiftJis.readAll())};
     }
@@ -142,30 +141,30 @@ private Q_SLOTS:
                  QByteArray("\xFF\xFEx\0\n\0", 6));
     }
 
-    // A limit on the size of files stands in for a disk that fills up.
-    void reportsWhatRunsOut_data()
+    // A limit on the file size simulates a full disk.
+    void reportsExhaustion_data()
     {
         QTest::addColumn<QString>("script");
-#ifndef __SANITIZE_ADDRESS__ // which takes more to start
+#ifndef __SANITIZE_ADDRESS__ // needs more memory than the limit to start
         QTest::newRow("memory") << u"ulimit -v 4000000; exec \"$0\" preview \"$1\""_s;
 #endif
         QTest::newRow("disk") << u"trap '' XFSZ; ulimit -f 8; exec \"$0\" mark --in-place \"$1\""_s;
         QTest::newRow("standard output") << u"exec \"$0\" parse \"$1\" >/dev/full"_s;
     }
-    void reportsWhatRunsOut()
+    void reportsExhaustion()
     {
         QFETCH(const QString, script);
         const QByteArray old = QByteArray("[0:1.0]").repeated(60'000) + QByteArray(400'000, 'x');
         const QString song = makeFile(u"old.lrc"_s, old);
         const Run result = run(u"/bin/sh"_s, {u"-c"_s, script, QStringLiteral(SONGLRC), song});
         QCOMPARE(result.status, 3);
-        QVERIFY2(isOneLineOfError(result.error), result.error.constData());
+        QVERIFY2(isErrorLine(result.error), result.error.constData());
         QCOMPARE(content(u"old.lrc"_s), old);
         QCOMPARE(QDir(m_directory.path()).entryList({u"old.lrc*"_s}), QStringList{u"old.lrc"_s});
     }
 
-    // Which Qt takes for resources.
-    void takesNamesThatBeginWithAColon()
+    // Qt would read them as resources.
+    void readsNamesThatStartWithColon()
     {
         makeFile(u"./:a"_s, "[0:1.0]x");
         const QString script = u"cd \"$1\" && exec \"$0\" format --in-place :a"_s;

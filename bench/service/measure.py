@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
+# SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 # SPDX-License-Identifier: MIT
 """Measures songlrc-service with a large library on this machine.
 
 usage: measure.py PROGRAM FOLDER [SONGS]
 
-Makes SONGS (100,000) lyric files in FOLDER/library unless they are there, then starts PROGRAM on them: with no
-index, with the index of before, and searches with 8 clients. Needs Python 3 and the openssl command, nothing else.
+Creates SONGS (default 100,000) lyric files in FOLDER/library if it does not exist. Starts PROGRAM without an index and
+again with the existing index, then searches with 8 clients. Needs the openssl command.
 """
 import http.client
 import json
@@ -20,13 +21,13 @@ import time
 import urllib.parse
 
 CLIENTS = 8
-SEARCHES = 500  # a client
+SEARCHES = 500  # per client
 FOLDERS = 1000
 HEADERS = {"Content-Type": "application/x-www-form-urlencoded"}
 
-# A few words are in very many titles and most are in few, as in real ones.
+# As in real titles, a few words are very common and most are rare.
 SYLLABLES = "ba ko li mer sun ta rin do ve na lo ess qui har po zan mi tu el or".split()
-COMMON = "love you the my me night heart baby time girl day world dance home".split()
+COMMON = "love you the my me night heart river time sea day world dance home".split()
 HAN = "我你的爱心一天人生情歌不在夜梦想月风花雨海星空光年时间" + "".join(chr(0x4E00 + 7 * i) for i in range(1500))
 HANGUL = "".join(chr(0xAC00 + 13 * i) for i in range(800))
 
@@ -89,7 +90,7 @@ class Service:
 
 
 def client(job):
-    """Searches one after the other; returns the times in ms and the number of results."""
+    """Runs searches one after the other. Returns their times in ms and the number of results."""
     host, port, authority, seed, fresh = job
     rnd = random.Random(1)
     word = words(rnd)
@@ -121,7 +122,7 @@ def search(service, fresh):
         answers = pool.map(client, jobs, 1)
     times = sorted(t for part, _ in answers for t in part)
     results = sum(count for _, count in answers)
-    print(f"{CLIENTS} clients, {'a connection a search' if fresh else 'kept connections'}: median "
+    print(f"{CLIENTS} clients, {'one connection per search' if fresh else 'persistent connections'}: median "
           f"{times[len(times) // 2]:.1f} ms, p99 {times[len(times) * 99 // 100]:.1f} ms, most {times[-1]:.1f} ms "
           f"({len(times)} searches, {results / len(times):.1f} results each)")
 

@@ -17,8 +17,8 @@ QUrl serviceUrl(const std::string &service)
     return QUrl(QStringLiteral("https://") + QString::fromStdString(service), QUrl::StrictMode);
 }
 
-// Whether it is a host, or a host and a port, as in "localhost:8443".
-bool isService(const std::string &service)
+// Whether \p service is a host with an optional port, as in "localhost:8443".
+bool isHostAndPort(const std::string &service)
 {
     const QUrl url = serviceUrl(service);
     return url.isValid() && !url.host().isEmpty() && url.port(443) > 0 && url.path().isEmpty()
@@ -29,12 +29,16 @@ bool isService(const std::string &service)
 
 void LookupOptions::addTo(CLI::App &command)
 {
-    command.add_option("--service", service, "Ask this lyric service.")
+    command.add_option("--service", service, "Use this lyric service.")
         ->type_name("HOST[:PORT]")
-        ->check([](const std::string &name) { return isService(name) ? "" : "no host and port: " + name; });
-    command.add_option("--ca-file", caFile, "Trust the authorities in this file, not the system's.")
+        ->check([](const std::string &name) {
+            return isHostAndPort(name) ? "" : "not a host and port: " + name;
+        });
+    command
+        .add_option("--ca-file", caFile,
+                    "Trust the certificate authorities in this PEM file instead of the system's.")
         ->type_name("FILE")
-        ->check([](const std::string &file) { return file.empty() ? "names no file" : ""; });
+        ->check([](const std::string &file) { return file.empty() ? "the file name is empty" : ""; });
 }
 
 void LookupOptions::apply() const
@@ -50,7 +54,7 @@ void LookupOptions::apply() const
             throw FileError(name, file.errorString());
         const auto certificates = QSslCertificate::fromDevice(&file);
         if (certificates.isEmpty())
-            throw FileError(name, QStringLiteral("holds no certificate"));
+            throw FileError(name, QStringLiteral("contains no certificate"));
         for (const QSslCertificate &certificate : certificates)
             LyricService::addCertificateAuthority(certificate);
     }

@@ -8,15 +8,15 @@ namespace CLI {
 class App;
 }
 
-/// The options by which a program is told where to look lyrics up.
+/// The command-line options that select the lyric service.
 struct LookupOptions
 {
     std::string service;
     std::string caFile;
 
-    /// Gives \p command the options --service and --ca-file, which are checked, and end up in here.
+    /// Adds --service and --ca-file to \p command. Parsing stores their values here, so this must outlive it.
     void addTo(CLI::App &command);
 
-    /// Makes the service and its authority those of LyricService. \throws FileError
+    /// Applies the options to LyricService. \throws FileError when the file of authorities can't be read.
     void apply() const;
 };

@@ -15,7 +15,7 @@ namespace {
 
 constexpr char16_t ByteOrderMark = 0xFEFF;
 
-// A converter that stops at what it can't convert, null when there is none of that name.
+// A converter that stops at invalid input; null when ICU does not know the name.
 icu::LocalUConverterPointer openConverter(const QByteArray &name)
 {
     UErrorCode status = U_ZERO_ERROR;
@@ -28,8 +28,8 @@ icu::LocalUConverterPointer openConverter(const QByteArray &name)
     return converter;
 }
 
-// Feeds all of source through convert, which takes (target, targetEnd, source, sourceEnd, status) as ICU's
-// conversions do, in blocks of output. False when it stops at a piece that it can't convert.
+// Converts all of source with convert, which takes (target, targetEnd, source, sourceEnd, status) like ICU's functions,
+// growing the result as needed. False at invalid input.
 template <typename Result, typename Target, typename Source, typename Convert>
 bool convertAll(Result &result, const Source *source, const Source *sourceEnd, Convert convert)
 {
@@ -65,7 +65,7 @@ std::optional<QString> decode(const QByteArray &bytes, const QByteArray &name)
     return done ? std::optional(text) : std::nullopt;
 }
 
-// The encodings that bytes look like, likeliest first.
+// The encodings that ICU detects, most likely first.
 QByteArrayList likelyEncodings(const QByteArray &bytes)
 {
     constexpr qsizetype Sample = 1 << 20;
@@ -76,9 +76,9 @@ QByteArrayList likelyEncodings(const QByteArray &bytes)
     int32_t count = 0;
     const UCharsetMatch **const matches = ucsdet_detectAll(detector.getAlias(), &count, &status);
     for (int32_t i = 0; U_SUCCESS(status) && i < count; ++i) {
-        constexpr int32_t NoIdea = 10; // what ICU says of encodings that are merely possible
+        constexpr int32_t MerePossibility = 10; // ICU's confidence for encodings without positive evidence
         const QByteArray name = ucsdet_getName(matches[i], &status);
-        if (ucsdet_getConfidence(matches[i], &status) > NoIdea && !name.startsWith("IBM")) // EBCDIC
+        if (ucsdet_getConfidence(matches[i], &status) > MerePossibility && !name.startsWith("IBM")) // EBCDIC
             names += name;
     }
     names += "windows-1252";
@@ -97,7 +97,7 @@ bool hasUtf16Mark(const QByteArray &bytes)
     return bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF");
 }
 
-// UTF-16 and UTF-32 by themselves go by the mark, and are big-endian without one.
+// Without a byte order mark, "UTF-16" and "UTF-32" are big-endian.
 QByteArray withByteOrder(const QByteArray &name, const QByteArray &bytes)
 {
     if (name != "UTF-16" && name != "UTF-32")
@@ -105,8 +105,8 @@ QByteArray withByteOrder(const QByteArray &name, const QByteArray &bytes)
     return name + (bytes.startsWith("\xFF\xFE") ? "LE" : "BE");
 }
 
-// Whether a text has only characters that people write: wrong guesses soon meet others.
-bool readsAsText(const QString &text)
+// Whether no character is unassigned, private or a C1 control. A wrongly guessed encoding soon produces one.
+bool isPlausibleText(const QString &text)
 {
     return std::none_of(text.cbegin(), text.cend(), [](QChar c) {
         const auto category = c.category();
@@ -141,7 +141,7 @@ bool isTextEncoding(const QByteArray &name)
     return openConverter(name).isValid();
 }
 
-TextEncoding textEncodingToWrite(const QByteArray &name)
+TextEncoding outputEncoding(const QByteArray &name)
 {
     const QByteArray canonical = canonicalName(name);
     if (canonical == "UTF-16" || canonical == "UTF-32")
@@ -158,12 +158,11 @@ std::optional<DecodedText> decodeText(const QByteArray &bytes, const QByteArray 
     }
     if (const auto text = decode(bytes, "UTF-8"))
         return withoutMark(*text, "UTF-8");
-    if (bytes.contains('\0')) // no legacy text holds NUL: such bytes are no text at all
+    if (bytes.contains('\0')) // a binary file: no legacy encoding uses NUL
         return std::nullopt;
-    // A guess may be wrong, but it must read as text, and give the same bytes back.
     for (const QByteArray &candidate : likelyEncodings(bytes)) {
         const auto text = decode(bytes, candidate);
-        if (text && readsAsText(*text) && encodeText(*text, {candidate, false}) == bytes)
+        if (text && isPlausibleText(*text) && encodeText(*text, {candidate, false}) == bytes)
             return DecodedText{*text, {candidate, false}};
     }
     return DecodedText{QString::fromLatin1(bytes), {"ISO-8859-1", false}};

@@ -7,7 +7,7 @@
 
 #include <optional>
 
-/// How a text is written as bytes: a character encoding by its ICU name, and whether a byte order mark leads.
+/// A character encoding by its ICU name, and whether the text starts with a byte order mark.
 struct TextEncoding
 {
     QByteArray name = "UTF-8";
@@ -16,25 +16,25 @@ struct TextEncoding
 
 struct DecodedText
 {
-    QString text; // without the mark
+    QString text; ///< without a byte order mark
     TextEncoding encoding;
 };
 
-/// \p text with U+FFFD in the place of every lone surrogate, which no encoding has. A lyric's value that was
-/// cut in the middle of a pair ends in one.
+/// \p text with every lone surrogate replaced by U+FFFD, since no encoding can represent one. The value of a property
+/// ends in one when the document cut it inside a surrogate pair.
 QString wellFormed(QString text);
 
-/// Whether there is an encoding of that name.
+/// Whether ICU knows an encoding of this name.
 bool isTextEncoding(const QByteArray &name);
 
-/// The encoding that a person means by \p name. "UTF-16" and "UTF-32" are written in little endian with a
-/// mark.
-TextEncoding textEncodingToWrite(const QByteArray &name);
+/// The encoding to write for \p name, under its canonical name. "UTF-16" and "UTF-32" are little-endian with a byte
+/// order mark.
+TextEncoding outputEncoding(const QByteArray &name);
 
-/// Reads \p bytes in the encoding \p name, or, with none given, as UTF-16 when they begin with its mark, as
-/// UTF-8, and else in the encoding that they look like most and that gives the same bytes back. Nothing when
-/// they hold a sequence that the encoding does not have.
+/// Decodes \p bytes from the encoding \p name. Without a name the encoding is UTF-16 if \p bytes start with its byte
+/// order mark, else UTF-8 if they are valid, else the most likely legacy encoding that converts back to the same bytes.
+/// Nothing when \p bytes are invalid in the encoding, or, without a name, when they are not text.
 std::optional<DecodedText> decodeText(const QByteArray &bytes, const QByteArray &name = {});
 
-/// The bytes of wellFormed() \p text. Nothing when it holds a character that the encoding does not have.
+/// Encodes wellFormed() \p text. Nothing when it contains a character that the encoding does not have.
 std::optional<QByteArray> encodeText(const QString &text, const TextEncoding &encoding);

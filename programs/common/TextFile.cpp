@@ -16,7 +16,7 @@ void writeAll(QFileDevice &device, const QString &file, const QByteArray &bytes)
         throw FileError(file, device.errorString());
 }
 
-// Qt takes a name that begins with ":" for a resource of the program's own.
+// Qt reads a name that starts with ":" as a resource.
 QString localName(const QString &file)
 {
     return file.startsWith(u':') ? QStringLiteral("./") + file : file;
@@ -48,7 +48,7 @@ DecodedText readTextFile(const QString &file, const QByteArray &encoding)
         const QString kind = encoding.isEmpty()
             ? QStringLiteral("any known encoding")
             : QStringLiteral("the encoding %1").arg(QString::fromLatin1(encoding));
-        throw FileError(name, QStringLiteral("not a text in ") + kind);
+        throw FileError(name, QStringLiteral("not text in ") + kind);
     }
     return *std::move(decoded);
 }
@@ -58,14 +58,14 @@ void writeTextFile(const QString &file, const QString &text, const TextEncoding 
     const auto bytes = encodeText(text, encoding);
     if (!bytes) {
         throw FileError(file == StandardStream ? QString(StandardOutput) : file,
-                        QStringLiteral("the text has characters that the encoding %1 has not")
+                        QStringLiteral("the text has characters that the encoding %1 does not have")
                             .arg(QString::fromLatin1(encoding.name)));
     }
     if (file == StandardStream) {
         writeStandardOutput(*bytes);
         return;
     }
-    // Replacing a device or a pipe by a file is never what is wanted.
+    // QSaveFile would replace a device or pipe by a regular file.
     const QString path = localName(file);
     if (const QFileInfo info(path); info.exists() && !info.isFile() && !info.isDir()) {
         QFile device(path);

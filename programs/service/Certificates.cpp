@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "Certificates.h"
 
-#include "ServiceError.h"
+#include "StorageError.h"
 
 #include <QDebug>
 #include <QFile>
@@ -26,9 +26,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int Day = 24 * 60 * 60;
-constexpr int RenewalDays = 30; // before the end
+constexpr int RenewalDays = 30; // before a certificate expires
 constexpr int AuthorityDays = 3652;
-constexpr int ServerDays = 397; // clients refuse longer ones
+constexpr int ServerDays = 397; // some clients refuse longer validity
 
 template <auto Function>
 struct Free
@@ -49,16 +49,16 @@ struct Identity
 {
     Certificate certificate;
     Key key;
-    bool isWhole() const
+    bool isComplete() const
     {
         return certificate && key && X509_check_private_key(certificate.get(), key.get()) == 1;
     }
 };
 
-void must(bool succeeded)
+void check(bool succeeded)
 {
     if (!succeeded)
-        throw ServiceError("can't make a certificate: OpenSSL failed"_L1);
+        throw StorageError("can't create a certificate: OpenSSL failed"_L1);
 }
 
 QByteArray readFile(const QString &path)
@@ -74,12 +74,12 @@ Identity readIdentity(const QString &certificateFile, const QString &keyFile)
     };
     const QByteArray certificate = readFile(certificateFile);
     const QByteArray key = readFile(keyFile);
-    // The empty passphrase keeps OpenSSL from asking for one.
+    // With an empty passphrase OpenSSL does not ask for one on the terminal.
     return {Certificate(PEM_read_bio_X509(memory(certificate).get(), nullptr, nullptr, nullptr)),
             Key(PEM_read_bio_PrivateKey(memory(key).get(), nullptr, nullptr, const_cast<char *>("")))};
 }
 
-// A temporary file is readable by its owner only; in its place the file is never seen half written.
+// Renames a temporary file, so that nobody reads a half-written one. QTemporaryFile's is readable by its owner only.
 void writeFile(const QString &path, BIO *content, bool isSecret)
 {
     char *bytes = nullptr;
@@ -91,7 +91,7 @@ void writeFile(const QString &path, BIO *content, bool isSecret)
                                     | QFile::ReadOther))
         || std::rename(QFile::encodeName(file.fileName()).constData(), QFile::encodeName(path).constData())
             != 0)
-        throw ServiceError("can't write "_L1 + path + ": "_L1 + file.errorString());
+        throw StorageError("can't write "_L1 + path + ": "_L1 + file.errorString());
     file.setAutoRemove(false);
 }
 
@@ -99,9 +99,9 @@ void writeIdentity(const Identity &identity, const QString &certificateFile, con
 {
     const Bio key(BIO_new(BIO_s_mem()));
     const Bio certificate(BIO_new(BIO_s_mem()));
-    must(PEM_write_bio_PKCS8PrivateKey(key.get(), identity.key.get(), nullptr, nullptr, 0, nullptr, nullptr)
-             == 1
-         && PEM_write_bio_X509(certificate.get(), identity.certificate.get()) == 1);
+    check(PEM_write_bio_PKCS8PrivateKey(key.get(), identity.key.get(), nullptr, nullptr, 0, nullptr, nullptr)
+              == 1
+          && PEM_write_bio_X509(certificate.get(), identity.certificate.get()) == 1);
     writeFile(keyFile, key.get(), true);
     writeFile(certificateFile, certificate.get(), false);
 }
@@ -119,41 +119,41 @@ void addExtension(X509 *certificate, X509 *issuer, int nid, const QByteArray &va
     X509V3_set_ctx_nodb(&context);
     X509V3_set_ctx(&context, issuer, certificate, nullptr, nullptr, 0);
     const Extension extension(X509V3_EXT_conf_nid(nullptr, &context, nid, value.constData()));
-    must(extension && X509_add_ext(certificate, extension.get(), -1) == 1);
+    check(extension && X509_add_ext(certificate, extension.get(), -1) == 1);
 }
 
-// A new key and certificate of \p name, signed by \p issuer or, without one, by itself.
+// A new key and certificate for \p name, signed by \p issuer, or self-signed when there is none.
 Identity makeIdentity(const QByteArray &name, int days, const Identity *issuer,
                       const QList<std::pair<int, QByteArray>> &extensions)
 {
     Identity made{Certificate(X509_new()), Key(EVP_EC_gen("P-256"))};
-    must(made.certificate && made.key);
+    check(made.certificate && made.key);
     X509 *certificate = made.certificate.get();
     X509 *signer = issuer ? issuer->certificate.get() : certificate;
     const Number serial(BN_new());
     X509_NAME *subject = X509_get_subject_name(certificate);
-    must(X509_set_version(certificate, X509_VERSION_3) == 1
-         && BN_rand(serial.get(), 127, BN_RAND_TOP_ONE, BN_RAND_BOTTOM_ANY) == 1
-         && BN_to_ASN1_INTEGER(serial.get(), X509_get_serialNumber(certificate))
-         && X509_NAME_add_entry_by_txt(subject, "CN", MBSTRING_UTF8,
-                                       reinterpret_cast<const unsigned char *>(name.constData()),
-                                       int(name.size()), -1, 0)
-             == 1
-         && X509_set_issuer_name(certificate, X509_get_subject_name(signer)) == 1
-         && X509_gmtime_adj(X509_getm_notBefore(certificate), -Day) // clocks differ
-         && X509_time_adj_ex(X509_getm_notAfter(certificate), days, 0, nullptr)
-         && X509_set_pubkey(certificate, made.key.get()) == 1);
+    check(X509_set_version(certificate, X509_VERSION_3) == 1
+          && BN_rand(serial.get(), 127, BN_RAND_TOP_ONE, BN_RAND_BOTTOM_ANY) == 1
+          && BN_to_ASN1_INTEGER(serial.get(), X509_get_serialNumber(certificate))
+          && X509_NAME_add_entry_by_txt(subject, "CN", MBSTRING_UTF8,
+                                        reinterpret_cast<const unsigned char *>(name.constData()),
+                                        int(name.size()), -1, 0)
+              == 1
+          && X509_set_issuer_name(certificate, X509_get_subject_name(signer)) == 1
+          && X509_gmtime_adj(X509_getm_notBefore(certificate), -Day) // a client's clock may be behind
+          && X509_time_adj_ex(X509_getm_notAfter(certificate), days, 0, nullptr)
+          && X509_set_pubkey(certificate, made.key.get()) == 1);
     for (const auto &[nid, value] : extensions)
         addExtension(certificate, signer, nid, value);
-    must(X509_sign(certificate, issuer ? issuer->key.get() : made.key.get(), EVP_sha256()) > 0);
+    check(X509_sign(certificate, issuer ? issuer->key.get() : made.key.get(), EVP_sha256()) > 0);
     return made;
 }
 
-bool isFor(X509 *certificate, const QHostAddress &address)
+bool isValidFor(X509 *certificate, const QHostAddress &address)
 {
-    const auto names = [certificate](const char *ip) { return X509_check_ip_asc(certificate, ip, 0) == 1; };
-    return X509_check_host(certificate, "localhost", 0, 0, nullptr) == 1 && names("127.0.0.1") && names("::1")
-        && names(address.toString().toLatin1().constData());
+    const auto hasIp = [certificate](const char *ip) { return X509_check_ip_asc(certificate, ip, 0) == 1; };
+    return X509_check_host(certificate, "localhost", 0, 0, nullptr) == 1 && hasIp("127.0.0.1") && hasIp("::1")
+        && hasIp(address.toString().toLatin1().constData());
 }
 
 } // namespace
@@ -162,7 +162,7 @@ Certificates::Certificates(const QString &dataFolder, const QHostAddress &addres
     : m_folder(dataFolder)
     , m_address(address)
 {
-    m_address.setScopeId({}); // certificates know none
+    m_address.setScopeId({}); // certificates have no scope
 }
 
 QString Certificates::file(QLatin1StringView name) const
@@ -179,13 +179,15 @@ QSslConfiguration Certificates::prepare() const
 {
     const QString authorityKeyFile = file("authority-key.pem"_L1);
     Identity authority = readIdentity(authorityFile(), authorityKeyFile);
-    const bool exists = QFile::exists(authorityFile()); // a key alone, of a start cut short, is nobody's
-    if (exists && !authority.isWhole())
-        throw ServiceError(authorityFile()
-                           + " and its key are damaged; remove both to have a new authority made"_L1);
+    // A key without a certificate was left by an interrupted start: no client trusts it yet.
+    const bool exists = QFile::exists(authorityFile());
+    if (exists && !authority.isComplete())
+        throw StorageError(authorityFile()
+                           + " or its key is damaged; remove both to create a new authority"_L1);
     if (!exists || !isCurrent(authority.certificate.get())) {
         if (exists)
-            qWarning() << "the authority was about to expire; clients need the new" << authorityFile();
+            qWarning() << "the certificate authority was about to expire; clients need the new"
+                       << authorityFile();
         authority = makeIdentity("Lyric service on this machine", AuthorityDays, nullptr,
                                  {{NID_basic_constraints, "critical,CA:TRUE,pathlen:0"},
                                   {NID_key_usage, "critical,keyCertSign,cRLSign"},
@@ -196,11 +198,11 @@ QSslConfiguration Certificates::prepare() const
     const QString serverFile = file("server.pem"_L1);
     const QString serverKeyFile = file("server-key.pem"_L1);
     const Identity server = readIdentity(serverFile, serverKeyFile);
-    const bool isGood = server.isWhole() && isCurrent(server.certificate.get())
+    const bool isUsable = server.isComplete() && isCurrent(server.certificate.get())
         && X509_verify(server.certificate.get(), authority.key.get()) == 1
-        && isFor(server.certificate.get(), m_address);
-    if (!isGood) {
-        // Twice the same address in a certificate does no harm.
+        && isValidFor(server.certificate.get(), m_address);
+    if (!isUsable) {
+        // The same address twice does no harm.
         const QByteArray names = "DNS:localhost,IP:127.0.0.1,IP:::1,IP:" + m_address.toString().toLatin1();
         writeIdentity(makeIdentity("localhost", ServerDays, &authority,
                                    {{NID_basic_constraints, "critical,CA:FALSE"},
@@ -216,10 +218,10 @@ QSslConfiguration Certificates::prepare() const
     configuration.setLocalCertificate(QSslCertificate(readFile(serverFile), QSsl::Pem));
     configuration.setPrivateKey(QSslKey(readFile(serverKeyFile), QSsl::Ec, QSsl::Pem));
     configuration.setProtocol(QSsl::TlsV1_2OrLater);
-    // A short list, since it is read anew for each connection.
+    // A short list: Qt parses it for each connection.
     configuration.setCiphers(u"TLS_AES_128_GCM_SHA256:TLS_AES_256_GCM_SHA384:TLS_CHACHA20_POLY1305_SHA256:"
                              u"ECDHE-ECDSA-AES128-GCM-SHA256:"
                              "ECDHE-ECDSA-AES256-GCM-SHA384:ECDHE-ECDSA-CHACHA20-POLY1305"_s);
-    configuration.setPeerVerifyMode(QSslSocket::VerifyNone); // clients show no certificate
+    configuration.setPeerVerifyMode(QSslSocket::VerifyNone); // clients have no certificate
     return configuration;
 }

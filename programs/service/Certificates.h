@@ -6,12 +6,12 @@
 #include <QSslConfiguration>
 #include <QString>
 
-/// The service's own certificate authority, and the certificate that it shows to clients, kept in the data
-/// folder: authority.pem, authority-key.pem, server.pem, server-key.pem. The keys are readable by their owner
-/// only from the first byte on.
+/// The service's own certificate authority and server certificate, kept in the data folder as authority.pem,
+/// authority-key.pem, server.pem and server-key.pem. The key files are readable by their owner only, also while they
+/// are written.
 ///
 /// A client that trusts authority.pem can verify the service as localhost, 127.0.0.1, ::1 and the address
-/// that it listens on.
+/// it listens on.
 class Certificates
 {
 public:
@@ -19,11 +19,11 @@ public:
 
     QString authorityFile() const;
 
-    /// What a server needs for TLS. Makes the authority (for ten years) and the certificate (for a year)
-    /// where they are missing, about to expire, or not made for the address; a new authority is told on
-    /// standard error, for clients need it.
+    /// The TLS configuration of the server. Creates the authority and the certificate when they are missing, about to
+    /// expire, or do not cover the address. Logs a warning when it replaces an authority, because clients need the
+    /// new one.
     ///
-    /// \throws ServiceError when the files can't be written or the authority's are damaged.
+    /// \throws StorageError when a file can't be written or the authority's files are damaged.
     QSslConfiguration prepare() const;
 
 private:

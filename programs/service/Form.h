@@ -8,6 +8,6 @@
 
 #include <optional>
 
-/// The fields of an URL-encoded form. Nothing when \p body is malformed: a percent sign without two
-/// hexadecimal digits, text that is not UTF-8, or a field that comes twice.
+/// The fields of a URL-encoded form. Nothing when \p body is malformed: a percent sign without two hexadecimal
+/// digits, text that is not UTF-8, or a repeated field.
 std::optional<QHash<QString, QString>> readForm(const QByteArray &body);

@@ -8,14 +8,14 @@
 
 #include <functional>
 
-struct Refusal;
+struct ServiceError;
 
-/// A client's connection to an HttpsListener. Looks at every request before QAbstractHttpServer does, whose
-/// own reading has no limits: it lets well-framed requests of up to 64 KiB pass and answers any others
-/// itself, then closes. It gives up on clients that take too long.
+/// A client's connection to an HttpsListener. Checks every request before QAbstractHttpServer reads it, because that
+/// class has no limits. Well-framed requests of up to MaxBody bytes pass. Any other gets an error reply, and the
+/// connection closes. Slow clients are disconnected.
 ///
-/// One request at a time: bytes behind a request that is not answered yet are refused, and a client that asks
-/// again before it has read the answer is cut off.
+/// Takes one request at a time: more bytes before the reply are an error, and a client that sends the next request
+/// before it has read the reply is disconnected.
 class HttpsConnection : public QSslSocket
 {
     Q_OBJECT
@@ -24,41 +24,40 @@ public:
     static constexpr qint64 MaxBody = 64 * 1024;
     static constexpr qint64 MaxHead = 16 * 1024;
 
-    /// \p onGone is called when the connection is gone for good. Not a signal, for the server disconnects all
-    /// signals of a connection that it gives up.
-    HttpsConnection(std::function<void()> onGone, QObject *parent);
+    /// \p onDestroyed is called by the destructor. Not a signal: the server disconnects all signals of a connection
+    /// when it drops it.
+    HttpsConnection(std::function<void()> onDestroyed, QObject *parent);
     ~HttpsConnection() override;
 
-    /// Whether a request has arrived in full that neither side has answered.
+    /// Whether a complete request is waiting for its reply.
     bool hasRequest() const { return m_phase == Phase::Complete; }
 
-    /// To be called when the request was answered. Closes the connection when the client or finish() asked
-    /// for it.
-    void answered();
+    /// Call after the reply was written. Closes the connection if the client or finish() asked for that.
+    void replied();
 
-    /// Closes as soon as no request is under way. One that has begun to arrive is; for the first of a
-    /// connection a moment is given.
+    /// Closes after the request in progress, one that has started to arrive included. A connection without any request
+    /// yet has a short time to send one.
     void finish();
 
 Q_SIGNALS:
-    /// A request was answered with \p refusal; \p requestLine is what had arrived of its first line.
-    void refused(const Refusal &refusal, const QByteArray &requestLine);
+    /// The request got \p error as its reply; \p requestLine is its first line, empty when that was incomplete.
+    void refused(const ServiceError &error, const QByteArray &requestLine);
 
 private:
-    enum class Phase { Handshake, Idle, Head, Body, Complete, Answering, Closing };
+    enum class Phase { Handshake, Idle, Head, Body, Complete, Replying, Closing };
 
     void receive();
-    bool isAnswerOut() const { return bytesToWrite() + encryptedBytesToWrite() == 0; }
-    const Refusal *readHead();
-    void refuse(const Refusal &refusal);
+    bool isReplySent() const { return bytesToWrite() + encryptedBytesToWrite() == 0; }
+    const ServiceError *readHead();
+    void refuse(const ServiceError &error);
     void enter(Phase phase);
     void closeWithin(int time);
 
-    const std::function<void()> m_onGone;
+    const std::function<void()> m_onDestroyed;
     Phase m_phase = Phase::Handshake;
     QByteArray m_head;
     qint64 m_bodyLeft = 0;
-    bool m_closeAfterwards = false;
-    bool m_isFirst = true;
+    bool m_closeAfterReply = false;
+    bool m_isFirstRequest = true;
     QTimer m_deadline{this};
 };

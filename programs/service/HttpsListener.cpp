@@ -14,17 +14,17 @@ HttpsListener::HttpsListener(const QSslConfiguration &configuration)
 HttpsListener::~HttpsListener()
 {
     m_isFinishing = true;
-    qDeleteAll(findChildren<HttpsConnection *>()); // while there is a listener to tell
+    qDeleteAll(findChildren<HttpsConnection *>()); // they call connectionDestroyed()
 }
 
 void HttpsListener::incomingConnection(qintptr descriptor)
 {
-    if (m_connections >= MaxConnections) { // QTcpServer can't be made to stop accepting
+    if (m_connections >= MaxConnections) { // QTcpServer can't pause after one connection
         ::close(int(descriptor));
         return;
     }
     ++m_connections;
-    auto *connection = new HttpsConnection([this] { connectionGone(); }, this);
+    auto *connection = new HttpsConnection([this] { connectionDestroyed(); }, this);
     if (!connection->setSocketDescriptor(descriptor)) {
         delete connection;
         return;
@@ -35,7 +35,7 @@ void HttpsListener::incomingConnection(qintptr descriptor)
     addPendingConnection(connection);
 }
 
-void HttpsListener::connectionGone()
+void HttpsListener::connectionDestroyed()
 {
     --m_connections;
     if (m_isFinishing && m_connections == 0)

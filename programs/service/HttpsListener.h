@@ -6,9 +6,9 @@
 #include <QSslConfiguration>
 #include <QTcpServer>
 
-struct Refusal;
+struct ServiceError;
 
-/// Accepts HttpsConnections for a QAbstractHttpServer, a limited number at a time; further ones are
+/// Accepts HttpsConnections for a QAbstractHttpServer, at most MaxConnections at a time. Further ones are
 /// closed at once.
 class HttpsListener : public QTcpServer
 {
@@ -18,15 +18,15 @@ public:
     explicit HttpsListener(const QSslConfiguration &configuration);
     ~HttpsListener() override;
 
-    /// What connections made from now on use.
+    /// Sets the TLS configuration of new connections.
     void setConfiguration(const QSslConfiguration &configuration) { m_configuration = configuration; }
 
-    /// Accepts no more connections, lets the requests under way be answered, then emits finished().
+    /// Stops accepting connections, completes the requests in progress, then emits finished().
     void finish();
 
 Q_SIGNALS:
     /// See HttpsConnection::refused().
-    void refused(const Refusal &refusal, const QByteArray &requestLine);
+    void refused(const ServiceError &error, const QByteArray &requestLine);
     void finished();
 
 protected:
@@ -35,7 +35,7 @@ protected:
 private:
     static constexpr int MaxConnections = 128;
 
-    void connectionGone();
+    void connectionDestroyed();
 
     QSslConfiguration m_configuration;
     int m_connections = 0;

@@ -32,26 +32,26 @@ constexpr QLatin1StringView LinkField("link");
 constexpr QLatin1StringView Results("results");
 constexpr qsizetype MaxLoggedPath = 200;
 
-const Refusal *refusalOf(RequestKeyState state)
+const ServiceError *errorOf(RequestKeyState state)
 {
     switch (state) {
-    case RequestKeyState::Good:
+    case RequestKeyState::Valid:
         return nullptr;
     case RequestKeyState::Missing:
-        return &Refusals::MissingKey;
-    case RequestKeyState::Undecipherable:
-        return &Refusals::UndecipherableKey;
+        return &ServiceErrors::MissingKey;
+    case RequestKeyState::Invalid:
+        return &ServiceErrors::InvalidKey;
     case RequestKeyState::OutOfTime:
-        return &Refusals::KeyOutOfTime;
+        return &ServiceErrors::KeyOutOfTime;
     }
-    return &Refusals::UndecipherableKey;
+    return &ServiceErrors::InvalidKey;
 }
 
 } // namespace
 
-LyricApi::Answer::Answer(const Refusal &refusal)
-    : status(refusal.status)
-    , body(QJsonDocument::fromJson(refusal.json()).object())
+LyricApi::Answer::Answer(const ServiceError &error)
+    : status(error.status)
+    , body(QJsonDocument::fromJson(error.json()).object())
 {
 }
 
@@ -71,7 +71,7 @@ bool LyricApi::handleRequest(const QHttpServerRequest &request, QTcpSocket *sock
 {
     auto *connection = qobject_cast<HttpsConnection *>(socket);
     if (!connection || !connection->hasRequest())
-        return true; // read in another way than the connection reads it, which will refuse it
+        return true; // Qt parsed the request differently than HttpsConnection, which will refuse it
     QElapsedTimer clock;
     clock.start();
     const QString path = request.url().path();
@@ -80,12 +80,12 @@ bool LyricApi::handleRequest(const QHttpServerRequest &request, QTcpSocket *sock
         QHttpServerResponder responder = makeResponder(request, socket);
         const QByteArray body = QJsonDocument(reply.body).toJson(QJsonDocument::Compact);
         const auto status = QHttpServerResponder::StatusCode(reply.status);
-        if (reply.status == Refusals::WrongMethod.status)
+        if (reply.status == ServiceErrors::WrongMethod.status)
             responder.write(body, {{"Content-Type", "application/json"}, {"Allow", "POST"}}, status);
         else
             responder.write(body, {{"Content-Type", "application/json"}}, status);
     }
-    connection->answered();
+    connection->replied();
     const char *method = QMetaEnum::fromType<QHttpServerRequest::Method>().valueToKey(int(request.method()));
     log(QString::fromLatin1(method).toUpper(), path, reply, clock.nsecsElapsed() / 1000);
     return true;
@@ -95,23 +95,23 @@ LyricApi::Answer LyricApi::answer(const QHttpServerRequest &request, const QStri
 {
     const bool isSearch = path == SearchPath;
     if (!isSearch && path != DetailPath)
-        return Refusals::UnknownPath;
+        return ServiceErrors::UnknownPath;
     if (request.method() != QHttpServerRequest::Method::Post)
-        return Refusals::WrongMethod;
-    const QByteArray type = request.value("Content-Type").split(';').front(); // less parameters
+        return ServiceErrors::WrongMethod;
+    const QByteArray type = request.value("Content-Type").split(';').front(); // without parameters
     if (type.trimmed().toLower() != QByteArrayView(FormType))
-        return Refusals::NoForm;
+        return ServiceErrors::NoForm;
     const auto form = readForm(request.body());
     if (!form)
-        return Refusals::BadForm;
+        return ServiceErrors::BadForm;
     const auto state = checkRequestKey(form->value(KeyField), QDateTime::currentSecsSinceEpoch());
-    if (const Refusal *refusal = refusalOf(state))
-        return *refusal;
+    if (const ServiceError *error = errorOf(state))
+        return *error;
     try {
         return isSearch ? search(*form) : detail(*form);
-    } catch (const ServiceError &error) {
-        qWarning("can't read the index: %s", error.what());
-        return Refusals::NoIndex;
+    } catch (const StorageError &error) {
+        qWarning("can't read the song index: %s", error.what());
+        return ServiceErrors::NoIndex;
     }
 }
 
@@ -120,7 +120,7 @@ LyricApi::Answer LyricApi::search(const Form &form)
     const QString track = form.value(Key_Lyric_Trackname);
     const QString artist = form.value(Key_Lyric_Artist);
     if (track.isEmpty() && artist.isEmpty())
-        return Refusals::EmptyQuery;
+        return ServiceErrors::EmptyQuery;
     QJsonArray results;
     const auto candidates = m_index.search(track, artist);
     for (const SongIndex::Candidate &candidate : candidates) {
@@ -137,27 +137,26 @@ LyricApi::Answer LyricApi::detail(const Form &form)
 {
     const auto path = m_index.path(form.value(LinkField));
     if (!path)
-        return Refusals::UnknownLink;
-    // The file may have been replaced since it was indexed: by a link to elsewhere, or by something else to
-    // wait for.
+        return ServiceErrors::UnknownLink;
+    // Since it was indexed the file may have been replaced by a symbolic link, or by a pipe whose opening blocks.
     const QFileInfo file(m_library.filePath(*path));
-    QString error = u"not a plain file any more"_s;
-    const bool isPlain = file.isFile() && file.canonicalFilePath() == file.filePath();
-    const auto text = isPlain ? readLyricText(file.filePath(), &error) : std::nullopt;
+    QString error = u"not a regular file any more"_s;
+    const bool isRegular = file.isFile() && file.canonicalFilePath() == file.filePath();
+    const auto text = isRegular ? readLyricText(file.filePath(), &error) : std::nullopt;
     if (!text) {
         qWarning().noquote() << "can't serve" << QDebug::toString(*path) << '-' << error;
-        return Refusals::UnreadableLyric;
+        return ServiceErrors::UnreadableLyric;
     }
     return Answer(u"result"_s, QJsonObject{{Key_Lyric_Lyric, *text}});
 }
 
-void LyricApi::logRefused(const Refusal &refusal, const QByteArray &requestLine) const
+void LyricApi::logRefused(const ServiceError &error, const QByteArray &requestLine) const
 {
     const QList<QByteArray> words = requestLine.split(' ');
     const QByteArray target = words.value(1);
     const qsizetype query = target.indexOf('?');
     log(QString::fromLatin1(words.front()), QString::fromLatin1(query < 0 ? target : target.first(query)),
-        refusal, 0);
+        error, 0);
 }
 
 void LyricApi::log(const QString &method, const QString &path, const Answer &answer,

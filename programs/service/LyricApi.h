@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Refusal.h"
+#include "ServiceError.h"
 
 #include <QAbstractHttpServer>
 #include <QDir>
@@ -12,19 +12,19 @@
 
 class SongIndex;
 
-/// The lyric service's protocol over the songs of an index: searches and lyrics for those who send a good
-/// request key. Bind it to an HttpsListener.
+/// Answers requests for searches and lyrics, from an index of songs, when their request key is valid. Bind it to an
+/// HttpsListener.
 class LyricApi : public QAbstractHttpServer
 {
     Q_OBJECT
 
 public:
-    /// Serves what \p index finds in the folder \p library. With \p log, every request makes one line of JSON
-    /// on standard output: when, method, path, status, code, time taken in ms, number of results.
+    /// Serves the songs of \p index from the folder \p library. With \p log, writes one line of JSON to standard
+    /// output for each request: time, method, path, status, code, duration in ms, number of results.
     LyricApi(SongIndex &index, const QString &library, bool log);
 
-    /// Logs a request that was refused before it came here.
-    void logRefused(const Refusal &refusal, const QByteArray &requestLine) const;
+    /// Logs a request that HttpsConnection refused.
+    void logRefused(const ServiceError &error, const QByteArray &requestLine) const;
 
 protected:
     bool handleRequest(const QHttpServerRequest &request, QTcpSocket *socket) override;
@@ -37,7 +37,7 @@ private:
         int status = 200;
         QJsonObject body;
 
-        Answer(const Refusal &refusal);
+        Answer(const ServiceError &error);
         explicit Answer(const QString &key, const QJsonValue &value);
     };
 

@@ -15,7 +15,7 @@ std::optional<QString> readLyricText(const QString &path, QString *error)
     }
     const QByteArray bytes = file.read(MaxLyricSize + 1);
     if (bytes.size() > MaxLyricSize) {
-        *error = QStringLiteral("larger than a lyric can be");
+        *error = QStringLiteral("too large for a lyric");
         return std::nullopt;
     }
     if (bytes.isEmpty() && file.error() != QFile::NoError) {
@@ -24,7 +24,7 @@ std::optional<QString> readLyricText(const QString &path, QString *error)
     }
     auto decoded = decodeText(bytes);
     if (!decoded || decoded->text.contains(QChar::Null)) {
-        *error = QStringLiteral("not a text in any known encoding");
+        *error = QStringLiteral("not text in any known encoding");
         return std::nullopt;
     }
     return std::move(decoded->text);

@@ -7,10 +7,9 @@
 
 #include <optional>
 
-/// The largest file that is taken for a lyric, in bytes.
+/// The size of the largest file that is read as a lyric, in bytes.
 inline constexpr qint64 MaxLyricSize = 1 << 20;
 
-/// The text of the lyric file \p path: UTF-8 with or without a mark, UTF-16 with a mark, else in the encoding
-/// that its bytes look most like. Nothing when the file can't be read, is larger than MaxLyricSize or is no
-/// text; \p error then says which.
+/// The text of the lyric file \p path, in the encoding that decodeText() detects. Nothing when the file can't be
+/// read, is larger than MaxLyricSize or is not text; \p error then holds the reason.
 std::optional<QString> readLyricText(const QString &path, QString *error);

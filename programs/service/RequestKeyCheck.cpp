@@ -22,7 +22,7 @@ const unsigned char *bytes(const char *data)
     return reinterpret_cast<const unsigned char *>(data);
 }
 
-std::optional<QByteArray> deciphered(const QByteArray &cipher)
+std::optional<QByteArray> decrypted(const QByteArray &cipher)
 {
     const std::unique_ptr<EVP_CIPHER_CTX, decltype(&EVP_CIPHER_CTX_free)> context(EVP_CIPHER_CTX_new(),
                                                                                   EVP_CIPHER_CTX_free);
@@ -49,15 +49,15 @@ RequestKeyState checkRequestKey(const QString &apiKey, qint64 now)
     const auto cipher =
         QByteArray::fromBase64Encoding(apiKey.toUtf8(), QByteArray::AbortOnBase64DecodingErrors);
     if (!cipher || (*cipher).isEmpty() || (*cipher).size() > MaxCipherSize)
-        return RequestKeyState::Undecipherable;
-    const auto plain = deciphered(*cipher);
+        return RequestKeyState::Invalid;
+    const auto plain = decrypted(*cipher);
     if (!plain || !plain->startsWith(QByteArrayView(RequestKey::Prefix)))
-        return RequestKeyState::Undecipherable;
+        return RequestKeyState::Invalid;
     const QByteArray digits = plain->sliced(RequestKey::Prefix.size());
     const bool isNumber = !digits.isEmpty() && digits.size() <= MaxDigits
         && std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; });
     if (!isNumber)
-        return RequestKeyState::Undecipherable;
-    return std::abs(digits.toLongLong() - now) <= RequestKeyTolerance ? RequestKeyState::Good
+        return RequestKeyState::Invalid;
+    return std::abs(digits.toLongLong() - now) <= RequestKeyTolerance ? RequestKeyState::Valid
                                                                       : RequestKeyState::OutOfTime;
 }

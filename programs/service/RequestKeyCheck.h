@@ -4,12 +4,12 @@
 
 #include <QString>
 
-/// What a request key says to the service.
-enum class RequestKeyState { Good, Missing, Undecipherable, OutOfTime };
+/// The result of checking a request key.
+enum class RequestKeyState { Valid, Missing, Invalid, OutOfTime };
 
-/// How far a key's time may lie from the service's, either way, in seconds.
+/// The largest difference between a key's time and the service's, either way, in s.
 inline constexpr qint64 RequestKeyTolerance = 300;
 
-/// Deciphers \p apiKey and compares its time with \p now, in seconds since 1970. A key is good when its time
-/// lies at most RequestKeyTolerance seconds before or after.
+/// Decrypts \p apiKey and compares its time with \p now, in s since 1970. The key is OutOfTime when they differ by
+/// more than RequestKeyTolerance.
 RequestKeyState checkRequestKey(const QString &apiKey, qint64 now);

@@ -18,22 +18,22 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr size_t MaxQueryTokens = 32;      // more than a title has; the index limits the depth of expressions
+constexpr size_t MaxQueryTokens = 32;      // SQLite limits the depth of expressions
 constexpr qsizetype MaxQueryLength = 1000; // code units
-constexpr qsizetype MinPrefixLength = 3;   // shorter ones would match nearly everything
+constexpr qsizetype MinPrefixLength = 3;   // a shorter prefix would match nearly everything
 
 struct Token
 {
     QString text;
-    bool isWord;     // a word, which more letters may follow, not a single character
-    bool startsPart; // white space precedes it
+    bool isWord;     // not a single character of a script without spaces
+    bool startsPart; // after white space
 };
 
 QString normalised(const QString &text)
 {
     UErrorCode status = U_ZERO_ERROR;
     const UNormalizer2 *normalizer = unorm2_getNFKCCasefoldInstance(&status);
-    QString result(text.size() * 18, Qt::Uninitialized); // no character becomes longer than that
+    QString result(text.size() * 18, Qt::Uninitialized); // the longest NFKC mapping of one code unit
     const int32_t size =
         unorm2_normalize(normalizer, reinterpret_cast<const UChar *>(text.utf16()), int32_t(text.size()),
                          reinterpret_cast<UChar *>(result.data()), int32_t(result.size()), &status);
@@ -51,7 +51,7 @@ bool isWrittenWithoutSpaces(UChar32 c)
            });
 }
 
-std::vector<Token> tokens(const QString &text)
+std::vector<Token> tokenize(const QString &text)
 {
     std::vector<Token> found;
     QString word;
@@ -87,7 +87,7 @@ std::vector<Token> tokens(const QString &text)
     return found;
 }
 
-QString whole(const std::vector<Token> &found)
+QString joined(const std::vector<Token> &found)
 {
     QString name(u'=');
     for (const Token &token : found)
@@ -97,28 +97,28 @@ QString whole(const std::vector<Token> &found)
 
 std::vector<Token> queryTokens(const QString &query)
 {
-    std::vector<Token> found = tokens(query.left(MaxQueryLength));
+    std::vector<Token> found = tokenize(query.left(MaxQueryLength));
     found.resize(std::min(found.size(), MaxQueryTokens));
     return found;
 }
 
 } // namespace
 
-QString SearchTerms::indexed(const QString &text)
+QString SearchTerms::tokenList(const QString &text)
 {
-    const std::vector<Token> found = tokens(text);
+    const std::vector<Token> found = tokenize(text);
     QString line;
     for (const Token &token : found)
         line += token.text + u' ';
-    return found.empty() ? line : line + whole(found);
+    return found.empty() ? line : line + joined(found);
 }
 
-QString SearchTerms::match(QLatin1StringView column, const QString &query)
+QString SearchTerms::matchExpression(QLatin1StringView column, const QString &query)
 {
     const std::vector<Token> found = queryTokens(query);
     if (found.empty())
         return {};
-    // Tokens hold letters, digits, marks and symbols beyond ASCII only, so quoting them is always sound.
+    // Tokens never contain a quotation mark, so they need no escaping.
     QString expression = column + " : ("_L1;
     for (const Token &token : found) {
         if (&token != &found.front())
@@ -127,12 +127,12 @@ QString SearchTerms::match(QLatin1StringView column, const QString &query)
             expression += u'"';
         expression += token.text;
     }
-    const bool mayGoOn = found.back().isWord && found.back().text.size() >= MinPrefixLength;
-    return expression + (mayGoOn ? "\" *)"_L1 : "\")"_L1);
+    const bool isPrefix = found.back().isWord && found.back().text.size() >= MinPrefixLength;
+    return expression + (isPrefix ? "\" *)"_L1 : "\")"_L1);
 }
 
-QString SearchTerms::matchWhole(QLatin1StringView column, const QString &query)
+QString SearchTerms::exactMatchExpression(QLatin1StringView column, const QString &query)
 {
-    const std::vector<Token> found = tokens(query.left(MaxQueryLength));
-    return found.empty() ? QString() : column + " : (\""_L1 + whole(found) + "\")"_L1;
+    const std::vector<Token> found = tokenize(query.left(MaxQueryLength));
+    return found.empty() ? QString() : column + " : (\""_L1 + joined(found) + "\")"_L1;
 }

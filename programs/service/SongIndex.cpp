@@ -3,7 +3,6 @@
 #include "SongIndex.h"
 
 #include "SearchTerms.h"
-#include "ServiceError.h"
 
 #include <QSqlError>
 #include <QStringList>
@@ -24,7 +23,7 @@ QSqlDatabase SongIndex::open(const QString &name, const QString &file)
     database.setDatabaseName(file);
     database.setConnectOptions("QSQLITE_BUSY_TIMEOUT=5000"_L1);
     if (!database.open())
-        throw ServiceError("can't open the index "_L1 + file + ": "_L1 + database.lastError().text());
+        throw StorageError("can't open the song index "_L1 + file + ": "_L1 + database.lastError().text());
     return database;
 }
 
@@ -33,7 +32,7 @@ SongIndex::SongIndex(const QString &file)
     , m_search(m_database)
     , m_path(m_database)
 {
-    // CROSS JOIN keeps the full-text side outside, whose order the rows come in.
+    // CROSS JOIN makes SQLite scan "words" in the outer loop, so that rows come in the order of their ids.
     const std::pair<QSqlQuery *, QLatin1StringView> queries[] = {
         {&m_search,
          "SELECT song.title, song.artist, song.link FROM words CROSS JOIN song "
@@ -42,7 +41,7 @@ SongIndex::SongIndex(const QString &file)
     for (const auto &[query, statement] : queries) {
         query->setForwardOnly(true);
         if (!query->prepare(statement))
-            throw ServiceError("can't read the index "_L1 + file + ": "_L1 + query->lastError().text());
+            throw StorageError("can't read the song index "_L1 + file + ": "_L1 + query->lastError().text());
     }
 }
 
@@ -56,10 +55,10 @@ SongIndex::~SongIndex()
 
 QList<SongIndex::Candidate> SongIndex::search(const QString &track, const QString &artist)
 {
-    const QString title = SearchTerms::match("title"_L1, track);
+    const QString title = SearchTerms::matchExpression("title"_L1, track);
     QList<Candidate> found;
-    for (const QString &name :
-         {SearchTerms::matchWhole("artist"_L1, artist), SearchTerms::match("artist"_L1, artist)}) {
+    for (const QString &name : {SearchTerms::exactMatchExpression("artist"_L1, artist),
+                                SearchTerms::matchExpression("artist"_L1, artist)}) {
         QStringList conditions{title, name};
         conditions.removeAll(QString());
         if (conditions.isEmpty() || found.size() >= MaxCandidates)
@@ -67,7 +66,7 @@ QList<SongIndex::Candidate> SongIndex::search(const QString &track, const QStrin
         m_search.addBindValue(conditions.join(" AND "_L1));
         m_search.addBindValue(MaxCandidates);
         if (!m_search.exec())
-            throw ServiceError(m_search.lastError().text());
+            throw StorageError(m_search.lastError().text());
         const qsizetype exact = found.size();
         while (found.size() < MaxCandidates && m_search.next()) {
             Candidate candidate{m_search.value(0).toString(), m_search.value(1).toString(),
@@ -78,7 +77,7 @@ QList<SongIndex::Candidate> SongIndex::search(const QString &track, const QStrin
             if (isNew)
                 found.append(std::move(candidate));
         }
-        m_search.finish(); // ends the read, so that the index's log can be folded back
+        m_search.finish(); // ends the read transaction, so that SQLite can checkpoint the write-ahead log
         if (name.isEmpty())
             break;
     }
@@ -90,7 +89,7 @@ std::optional<QString> SongIndex::path(const QString &link)
     std::optional<QString> result;
     m_path.addBindValue(link);
     if (!m_path.exec())
-        throw ServiceError(m_path.lastError().text());
+        throw StorageError(m_path.lastError().text());
     if (m_path.next())
         result = m_path.value(0).toString();
     m_path.finish();

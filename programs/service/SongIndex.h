@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "StorageError.h"
+
 #include <QList>
 #include <QSqlDatabase>
 #include <QSqlQuery>
@@ -9,11 +11,10 @@
 
 #include <optional>
 
-/// The service's view of the index of songs, an SQLite file that a LibraryScan keeps up to date. Only reads.
+/// Reads the index of songs, an SQLite file that a LibraryScanner keeps up to date.
 ///
-/// A search stops at the rows it needs: the index numbers songs so that its own order is by length of title,
-/// then of artist. Among songs that hold all words of a query the shortest is the one most like it, so
-/// nothing has to be scored, however common the words.
+/// Row ids sort songs by length of title, then of artist. Among songs that contain all words of a query the shortest
+/// is the most similar, so a search takes the first rows and scores nothing, however common the words are.
 class SongIndex
 {
 public:
@@ -26,27 +27,27 @@ public:
         QString link;
     };
 
-    /// \throws ServiceError when \p file can't be opened.
+    /// \throws StorageError when \p file can't be opened.
     explicit SongIndex(const QString &file);
     SongIndex(const SongIndex &) = delete;
     SongIndex &operator=(const SongIndex &) = delete;
     ~SongIndex();
 
-    /// The songs that \p track and \p artist, where they hold anything to look for, both describe: first
-    /// those by exactly that artist, then the others, each part by length of title. At most MaxCandidates.
+    /// The songs that match both \p track and \p artist; a text without tokens (see SearchTerms) is
+    /// ignored, and nothing is found when both have none. Songs by exactly that artist come first; each group is sorted
+    /// by length of title. At most MaxCandidates.
     ///
-    /// \throws ServiceError when the index can't be read.
+    /// \throws StorageError when the index can't be read.
     QList<Candidate> search(const QString &track, const QString &artist);
 
-    /// The path, relative to the library, of the song that a search gave as \p link; nothing when there is
-    /// none.
+    /// The path, relative to the library, of the song with \p link; nothing when there is none.
     ///
-    /// \throws ServiceError when the index can't be read.
+    /// \throws StorageError when the index can't be read.
     std::optional<QString> path(const QString &link);
 
-    /// Opens \p file as the connection \p name. For the two sides of the index only.
+    /// Opens \p file as the connection \p name. For SongIndex and SongIndexWriter only.
     ///
-    /// \throws ServiceError when that fails.
+    /// \throws StorageError when the file can't be opened.
     static QSqlDatabase open(const QString &name, const QString &file);
 
 private:

@@ -3,7 +3,6 @@
 #include "SongIndexWriter.h"
 
 #include "SearchTerms.h"
-#include "ServiceError.h"
 #include "SongIndex.h"
 
 #include <QFile>
@@ -20,12 +19,12 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QLatin1StringView WriterConnection("scan");
-constexpr int TableVersion = 1;       // another one, another table or meaning of tokens
+constexpr int TableVersion = 1;       // increase when tables or tokens change
 constexpr int TransactionSize = 2000; // songs
 
-// The number under which a song is kept: the length of its title, that of its artist, a serial number. See
-// SongIndex for why.
-qint64 numberOf(const SongIndexWriter::SongName &name, qint64 serial)
+// A row id from the length of the title, the length of the artist and a serial number, which sorts songs as SongIndex
+// expects.
+qint64 rowId(const SongIndexWriter::SongName &name, qint64 serial)
 {
     constexpr qsizetype MaxArtist = 63;
     return qint64(name.title.size()) << 38 | qint64(std::min(name.artist.size(), MaxArtist)) << 32 | serial;
@@ -51,16 +50,16 @@ void SongIndexWriter::close()
 
 void SongIndexWriter::open(const QString &library)
 {
-    // The tokens depend on the version of Unicode as well.
+    // Tokens also depend on the version of Unicode.
     const QString identity = u"%1 %2 %3"_s.arg(TableVersion).arg(u"" U_UNICODE_VERSION, library);
     m_database = SongIndex::open(WriterConnection, m_file);
     execute("PRAGMA journal_mode = WAL"_L1);
     execute("PRAGMA synchronous = NORMAL"_L1);
     execute("CREATE TABLE IF NOT EXISTS origin (identity TEXT NOT NULL)"_L1);
     QSqlQuery query("SELECT identity FROM origin"_L1, m_database);
-    const bool isOurs = query.next() && query.value(0).toString() == identity;
+    const bool isCurrent = query.next() && query.value(0).toString() == identity;
     query.finish();
-    if (!isOurs) {
+    if (!isCurrent) {
         m_database.transaction();
         execute("DROP TABLE IF EXISTS song"_L1);
         execute("DROP TABLE IF EXISTS words"_L1);
@@ -74,9 +73,9 @@ void SongIndexWriter::open(const QString &library)
         execute("INSERT INTO origin VALUES (?)"_L1, {identity});
         m_database.commit();
     }
-    execute("SELECT rowid FROM words WHERE words MATCH 'a' LIMIT 1"_L1); // throws when it is damaged
+    execute("SELECT rowid FROM words WHERE words MATCH 'a' LIMIT 1"_L1); // throws when the index is damaged
     if (!query.exec("SELECT max(id & 0xFFFFFFFF) FROM song"_L1) || !query.next())
-        throw ServiceError(query.lastError().text());
+        throw StorageError(query.lastError().text());
     m_lastSerial = query.value(0).toLongLong();
 }
 
@@ -93,7 +92,7 @@ QHash<QString, SongIndexWriter::Entry> SongIndexWriter::begin()
     QSqlQuery query(m_database);
     query.setForwardOnly(true);
     if (!query.exec("SELECT path, id, size, modified FROM song"_L1))
-        throw ServiceError(query.lastError().text());
+        throw StorageError(query.lastError().text());
     while (query.next()) {
         entries.insert(
             query.value(0).toString(),
@@ -107,11 +106,11 @@ QHash<QString, SongIndexWriter::Entry> SongIndexWriter::begin()
 
 void SongIndexWriter::add(const QString &path, const Stamp &stamp, const SongName &name, const QString &link)
 {
-    const qint64 id = numberOf(name, ++m_lastSerial);
+    const qint64 id = rowId(name, ++m_lastSerial);
     execute("INSERT INTO song VALUES (?, ?, ?, ?, ?, ?, ?)"_L1,
             {id, path, stamp.size, stamp.modified, name.title, name.artist, link});
     execute("INSERT INTO words (rowid, title, artist) VALUES (?, ?, ?)"_L1,
-            {id, SearchTerms::indexed(name.title), SearchTerms::indexed(name.artist)});
+            {id, SearchTerms::tokenList(name.title), SearchTerms::tokenList(name.artist)});
     if (++m_added % TransactionSize == 0) {
         m_database.commit();
         m_database.transaction();
@@ -127,7 +126,7 @@ void SongIndexWriter::remove(qint64 id)
 void SongIndexWriter::commit()
 {
     if (!m_database.commit())
-        throw ServiceError(m_database.lastError().text());
+        throw StorageError(m_database.lastError().text());
 }
 
 QString SongIndexWriter::link(qint64 id)
@@ -136,7 +135,7 @@ QString SongIndexWriter::link(qint64 id)
     query.prepare("SELECT link FROM song WHERE id = ?"_L1);
     query.addBindValue(id);
     if (!query.exec())
-        throw ServiceError(query.lastError().text());
+        throw StorageError(query.lastError().text());
     return query.next() ? query.value(0).toString() : QString();
 }
 
@@ -153,5 +152,5 @@ void SongIndexWriter::execute(const QString &statement, const QVariantList &valu
     for (const QVariant &value : values)
         query.addBindValue(value);
     if (!query.exec())
-        throw ServiceError(query.lastError().text());
+        throw StorageError(query.lastError().text());
 }

@@ -6,13 +6,13 @@
 #include <QSqlDatabase>
 #include <QString>
 
-/// The index of songs as a LibraryScan writes it. SongIndex is how the service reads it.
+/// Writes the index of songs for a LibraryScanner; SongIndex reads it. One per process.
 ///
-/// Functions throw ServiceError when the index can't be used.
+/// Functions throw StorageError when the index can't be used.
 class SongIndexWriter
 {
 public:
-    /// What shows that a file has changed.
+    /// Another stamp means that a file has changed.
     struct Stamp
     {
         qint64 size = 0;
@@ -37,20 +37,20 @@ public:
     SongIndexWriter &operator=(const SongIndexWriter &) = delete;
     ~SongIndexWriter();
 
-    /// Opens the index of the songs in \p library, and makes it when it is missing or of another library.
+    /// Opens the index of the songs in \p library. Creates it when it is missing or of another library.
     void open(const QString &library);
 
     /// Closes the index and removes its files.
     void discard();
 
-    /// Begins changes, and gives what is there so far, by path in the library.
+    /// Begins a transaction and returns the indexed songs by path in the library.
     QHash<QString, Entry> begin();
     void add(const QString &path, const Stamp &stamp, const SongName &name, const QString &link);
     void remove(qint64 id);
     void commit();
     void rollback() { m_database.rollback(); }
 
-    /// The link under which clients know a song; empty when there is none.
+    /// The link of a song, as clients send it; empty when there is no such song.
     QString link(qint64 id);
 
     static QString newLink();

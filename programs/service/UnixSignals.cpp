@@ -13,7 +13,7 @@ namespace {
 
 int signalPipe[2];
 
-// All that a signal handler may do here: the event loop reads the pipe.
+// A signal handler may only call async-signal-safe functions, so it wakes the event loop through a pipe.
 void writeToPipe(int)
 {
     const char byte = 0;
@@ -25,7 +25,7 @@ void writeToPipe(int)
 void handleUnixSignals(std::initializer_list<int> signals, QObject *context, std::function<void()> handler)
 {
     if (pipe2(signalPipe, O_CLOEXEC | O_NONBLOCK) != 0)
-        qFatal("can't make a pipe");
+        qFatal("can't create a pipe");
     auto *const notifier = new QSocketNotifier(signalPipe[0], QSocketNotifier::Read, context);
     QObject::connect(notifier, &QSocketNotifier::activated, context, [handler = std::move(handler)] {
         for (char byte = 0; read(signalPipe[0], &byte, 1) == 1;)

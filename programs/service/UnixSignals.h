@@ -7,6 +7,6 @@
 
 class QObject;
 
-/// Calls \p handler in the event loop of the calling thread for every signal of \p signals that arrives, as long
-/// as \p context lives. For once in a program.
+/// Calls \p handler from the event loop of the calling thread for each arrival of one of \p signals, until \p context
+/// is destroyed. Call it once per process.
 void handleUnixSignals(std::initializer_list<int> signals, QObject *context, std::function<void()> handler);

@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "Certificates.h"
 #include "HttpsListener.h"
-#include "LibraryScan.h"
+#include "LibraryScanner.h"
 #include "LyricApi.h"
-#include "ServiceError.h"
 #include "SongIndex.h"
+#include "StorageError.h"
 #include "UnixSignals.h"
 #include "programs/common/CommandLine.h"
 
@@ -36,7 +36,7 @@ namespace {
 
 enum ExitStatus { Done = 0, WrongUsage = 2, CannotStart = 3 };
 
-constexpr auto MostTimeToFinish = 10s;
+constexpr auto ShutdownTimeout = 10s;
 
 struct Options
 {
@@ -47,68 +47,68 @@ struct Options
     bool jsonLog = false;
 };
 
-Options prepared(const std::string &library, const std::string &data)
+Options openFolders(const std::string &library, const std::string &data)
 {
     Options options;
     const QFileInfo folder(QFile::decodeName(library.c_str()));
     options.library = folder.canonicalFilePath();
     if (!folder.isDir() || !folder.isReadable())
-        throw ServiceError("no library folder "_L1 + folder.filePath());
+        throw StorageError("can't read the library folder "_L1 + folder.filePath());
     options.data = data.empty() ? QStandardPaths::writableLocation(QStandardPaths::AppDataLocation)
                                 : QFile::decodeName(data.c_str());
     options.data = QDir(options.data).absolutePath();
     if (!QDir().mkpath(options.data) || access(QFile::encodeName(options.data).constData(), W_OK | X_OK) != 0)
-        throw ServiceError("can't write to the data folder "_L1 + options.data);
+        throw StorageError("can't write to the data folder "_L1 + options.data);
     return options;
 }
 
-// Keeps other services out of the data folder until this process has ended, however it does: the kernel holds the lock,
-// which goes with the file that stays open here. A lock that told its holder's number would be held against whatever
-// process has that number next.
+// Locks the data folder for this process. The file stays open, so that the kernel releases the lock when the process
+// ends. flock(), not QLockFile: after a crash another process may have the stored pid.
 void lock(const QString &data)
 {
     const int file = open(QFile::encodeName(data + "/lock"_L1).constData(), O_RDWR | O_CREAT | O_CLOEXEC,
                           S_IRUSR | S_IWUSR);
     if (file == -1)
-        throw ServiceError("can't write to the data folder "_L1 + data);
+        throw StorageError("can't write to the data folder "_L1 + data);
     if (flock(file, LOCK_EX | LOCK_NB) != 0) {
-        throw ServiceError((errno == EWOULDBLOCK ? "another service uses the data folder "_L1
+        throw StorageError((errno == EWOULDBLOCK ? "another service is using the data folder "_L1
                                                  : "can't lock the data folder "_L1)
                            + data);
     }
 }
 
-// What run() connects it also outlives: its event loop is the only one.
+// The lambdas in run() capture its locals by reference: no event loop runs after it returns.
 // clazy:excludeall=lambda-in-connect
 int run(QCoreApplication &application, const Options &options)
 {
     lock(options.data);
     const Certificates certificates(options.data, options.address);
     auto *listener = new HttpsListener(certificates.prepare());
-    listener->setParent(&application); // until the server takes it
+    listener->setParent(&application); // until LyricApi::bind() takes ownership
     if (!listener->listen(options.address, options.port)) {
-        throw ServiceError("can't listen on "_L1 + options.address.toString() + " port "_L1
-                           + QString::number(options.port) + ": "_L1 + listener->errorString());
+        throw std::runtime_error(("can't listen on "_L1 + options.address.toString() + " port "_L1
+                                  + QString::number(options.port) + ": "_L1 + listener->errorString())
+                                     .toStdString());
     }
-    listener->pauseAccepting(); // clients wait until the index is there
+    listener->pauseAccepting(); // clients wait until the first scan is complete
 
     const QString indexFile = options.data + "/index.sqlite"_L1;
     std::unique_ptr<SongIndex> index;
     std::unique_ptr<LyricApi> api;
-    QThread scanThread;
-    auto *scan = new LibraryScan(options.library, indexFile);
-    scan->moveToThread(&scanThread);
-    QObject::connect(&scanThread, &QThread::started, scan, &LibraryScan::start);
-    QObject::connect(&scanThread, &QThread::finished, scan, &QObject::deleteLater);
-    const auto fail = [&application](const QString &why) {
-        qCritical("%s", qPrintable(why));
+    QThread scannerThread;
+    auto *scanner = new LibraryScanner(options.library, indexFile);
+    scanner->moveToThread(&scannerThread);
+    QObject::connect(&scannerThread, &QThread::started, scanner, &LibraryScanner::start);
+    QObject::connect(&scannerThread, &QThread::finished, scanner, &QObject::deleteLater);
+    const auto fail = [&application](const QString &reason) {
+        qCritical("%s", qPrintable(reason));
         application.exit(CannotStart);
     };
-    QObject::connect(scan, &LibraryScan::failed, &application, fail);
-    QObject::connect(scan, &LibraryScan::ready, &application, [&] {
+    QObject::connect(scanner, &LibraryScanner::failed, &application, fail);
+    QObject::connect(scanner, &LibraryScanner::ready, &application, [&] {
         try {
             index = std::make_unique<SongIndex>(indexFile);
-        } catch (const ServiceError &error) {
+        } catch (const StorageError &error) {
             fail(QString::fromUtf8(error.what()));
             return;
         }
@@ -129,24 +129,24 @@ int run(QCoreApplication &application, const Options &options)
     QObject::connect(&renewal, &QTimer::timeout, &application, [&] {
         try {
             listener->setConfiguration(certificates.prepare());
-        } catch (const ServiceError &error) {
+        } catch (const StorageError &error) {
             qWarning("can't renew the certificate: %s", error.what());
         }
     });
     renewal.start(24h);
 
     QObject::connect(listener, &HttpsListener::finished, &application, &QCoreApplication::quit);
-    signal(SIGPIPE, SIG_IGN); // a reader of standard output may go away
+    signal(SIGPIPE, SIG_IGN); // the reader of standard output may exit first
     handleUnixSignals({SIGTERM, SIGINT}, &application, [&] {
-        scanThread.requestInterruption();
+        scannerThread.requestInterruption();
         listener->finish();
-        QTimer::singleShot(MostTimeToFinish, &application, &QCoreApplication::quit);
+        QTimer::singleShot(ShutdownTimeout, &application, &QCoreApplication::quit);
     });
-    scanThread.start();
+    scannerThread.start();
     const int status = QCoreApplication::exec();
-    scanThread.requestInterruption();
-    scanThread.quit();
-    scanThread.wait();
+    scannerThread.requestInterruption();
+    scannerThread.quit();
+    scannerThread.wait();
     return status;
 }
 
@@ -154,7 +154,7 @@ int run(QCoreApplication &application, const Options &options)
 
 int main(int argc, char **argv)
 {
-    umask(S_IRWXG | S_IRWXO); // what lies in the data folder is its owner's
+    umask(S_IRWXG | S_IRWXO); // only the owner may read the data folder
     qSetMessagePattern("songlrc-service: %{message}"_L1);
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("songlrc-service"_L1);
@@ -167,15 +167,18 @@ int main(int argc, char **argv)
     CLI::App cli("Serve the lyrics in a folder of .lrc files over HTTPS.", "songlrc-service");
     CommandLine::addStandardOptions(cli, SONGLRC_VERSION);
     cli.add_option("--library", library, "The folder of .lrc files.")->required()->type_name("DIR");
-    cli.add_option("--port", port, "The port to listen on; 0, the default, is any free one.")->type_name("N");
-    cli.add_option("--data", data, "The folder for index and certificates.")->type_name("DIR");
-    cli.add_option("--address", address, "The address to listen on; 127.0.0.1 by default.")
+    cli.add_option("--port", port, "The port to listen on. 0 selects a free one.")
+        ->type_name("N")
+        ->capture_default_str();
+    cli.add_option("--data", data, "The folder for the song index and certificates.")->type_name("DIR");
+    cli.add_option("--address", address, "The IP address to listen on.")
         ->type_name("A")
+        ->capture_default_str()
         ->check([](const std::string &text) {
             return QHostAddress(QString::fromStdString(text)).isNull() ? "not an IP address: " + text
                                                                        : std::string();
         });
-    cli.add_flag("--json-log", jsonLog, "Write one line of JSON a request to standard output.");
+    cli.add_flag("--json-log", jsonLog, "Log each request to standard output as one line of JSON.");
     try {
         cli.parse(argc, argv);
     } catch (const CLI::ParseError &error) {
@@ -183,7 +186,7 @@ int main(int argc, char **argv)
     }
 
     try {
-        Options options = prepared(library, data);
+        Options options = openFolders(library, data);
         options.address = QHostAddress(QString::fromStdString(address));
         options.port = port;
         options.jsonLog = jsonLog;

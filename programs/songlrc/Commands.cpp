@@ -12,7 +12,7 @@
 
 namespace {
 
-QString listed(const QVSongLine &line)
+QString description(const QVSongLine &line)
 {
     if (line.isProperty())
         return QStringLiteral("property  %1 = %2").arg(line.propertyStr(), line.lineText());
@@ -28,19 +28,19 @@ QByteArray listing(const QVSongLineList &lines)
 {
     QByteArray text;
     for (qsizetype i = 0; i < lines.size(); ++i)
-        text += visible(QStringLiteral("%1  %2").arg(i, 5).arg(listed(*lines[i]))) + '\n';
+        text += visible(QStringLiteral("%1  %2").arg(i, 5).arg(description(*lines[i]))) + '\n';
     return text;
 }
 
-// Prints report(file, text of the file) for every file, and the error for each that fails.
-template <typename Report>
-ExitStatus forEachFile(const Options &options, Report report)
+// Prints the result of format(file, text) for each file, or reports the error and continues.
+template <typename Format>
+ExitStatus forEachFile(const Options &options, Format format)
 {
     ExitStatus status = Done;
     for (const QString &file : options.files) {
         QByteArray printed;
         try {
-            printed = report(file, readTextFile(file, options.encoding).text);
+            printed = format(file, readTextFile(file, options.encoding).text);
         } catch (const std::exception &error) {
             status = Failed;
             reportFailure(error, options.json, file);
@@ -53,7 +53,7 @@ ExitStatus forEachFile(const Options &options, Report report)
     return status;
 }
 
-// Reads the file, lets edit change the document, and writes the document's text to where it is to go.
+// Reads the document, calls edit(document), and writes it to the output.
 template <typename Edit>
 ExitStatus rewrite(const Options &options, Edit edit)
 {
@@ -66,7 +66,7 @@ ExitStatus rewrite(const Options &options, Edit edit)
     const QString target = options.inPlace ? file : options.output;
     TextEncoding encoding = target == StandardStream ? TextEncoding() : read.encoding;
     if (!options.outputEncoding.isEmpty())
-        encoding = textEncodingToWrite(options.outputEncoding);
+        encoding = outputEncoding(options.outputEncoding);
     writeTextFile(target, song.songText(), encoding);
     return Done;
 }

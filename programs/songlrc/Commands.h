@@ -10,34 +10,35 @@
 
 #include <exception>
 
-/// What a run of the program ends with.
+/// The program's exit status.
 enum ExitStatus {
     Done = 0,
-    NegativeAnswer = 1, ///< the documents differ; nothing was found; the service refused
+    NegativeAnswer = 1, ///< the lyrics differ, nothing was found, or the service replied with an error
     WrongUsage = 2,
-    Failed = 3, ///< a file could not be read or written, or the network failed
+    Failed = 3, ///< a file or the network failed, or memory ran out
     Interrupted = 130,
 };
 
-/// Text for a terminal, in UTF-8: control characters, a lyric's carriage returns among them, as their symbols.
+/// \p text for a terminal, in UTF-8, with control characters, such as the carriage returns of a lyric, replaced by
+/// visible symbols.
 QByteArray visible(QString text);
 
-/// Prints "songlrc: " and the message on standard error, in one line.
+/// Prints "songlrc: " and \p message as one line on standard error.
 void reportError(const QString &message);
 
-/// The same, and with \p json an object on standard output that says so, too, with \p file unless it is absent.
+/// The same, and with \p json also prints the error as an object on standard output, with \p file unless it is null.
 void reportError(const QString &message, int code, bool json, const QString &file = {});
 
-/// Reports what went wrong with a file, memory that ran out included.
+/// Reports an exception; std::bad_alloc gets a message of its own.
 void reportFailure(const std::exception &error, bool json, const QString &file = {});
 
-/// What the command line said; each command reads what concerns it.
+/// The command line. Each command reads only the options that it has.
 struct Options
 {
     QStringList files;
-    QByteArray encoding;       ///< to read files in; empty: their own
-    QByteArray outputEncoding; ///< to write in; empty: that of the file read, on standard output UTF-8
-    QString output = QStringLiteral("-");
+    QByteArray encoding;       ///< for reading; empty: detected
+    QByteArray outputEncoding; ///< for writing; empty: that of the input, UTF-8 on standard output
+    QString output;
     bool inPlace = false;
     bool json = false;
     bool noTags = false;
@@ -48,8 +49,7 @@ struct Options
     LookupOptions lookup;
 };
 
-/// The commands, each answering the exit status. A file that fails among several is reported and the others
-/// are done.
+/// The commands. parse() and preview() report a file that fails and continue with the next.
 namespace Commands {
 
 ExitStatus parse(const Options &options);

@@ -40,7 +40,7 @@ QByteArray numbers(const Numbers &list)
 
 QByteArray value(const QJsonValue &value)
 {
-    // QJsonDocument writes arrays and objects only, so the value goes into an array, and out of it again.
+    // QJsonDocument writes only arrays and objects, so wrap the value in an array and remove the brackets.
     const QByteArray array = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
     return array.sliced(1, array.size() - 2);
 }

@@ -10,8 +10,8 @@
 #include <initializer_list>
 #include <utility>
 
-/// JSON text, built piece by piece so that members keep their order and a long lyric needs no tree in memory.
-/// Lone surrogates are escaped, so that every text arrives to the code unit.
+/// Writes JSON text directly: unlike QJsonObject this keeps the order of members, and a long lyric needs no tree in
+/// memory. Lone surrogates are escaped, so every QString can be read back unchanged.
 namespace Json {
 
 QByteArray value(const QJsonValue &value);

@@ -31,22 +31,22 @@ ExitStatus report(const QVLyricError &error, bool json)
     return error.domain == QVLyricError::TransportDomain ? Failed : NegativeAnswer;
 }
 
-// Whether writing makes a new file, as opposed to a device or a pipe that may keep one waiting.
-bool isReplaced(const QString &output)
+// Whether output is a regular file, which is replaced quickly, and not a device or pipe, whose writing may block.
+bool isRegularFile(const QString &output)
 {
     const QFileInfo target(output);
     return output != StandardStream && (!target.exists() || target.isFile());
 }
 
-// Runs an event loop until the request that start(model, finish) starts has been answered. The answer calls
-// finish with a function that makes something of it and gives the exit status.
+// Calls start(model, finish), which starts a request, and runs an event loop until its completion calls finish(handle).
+// handle() processes the result and returns the exit status; its exceptions are reported.
 template <typename Start>
-ExitStatus ask(const Options &options, Start start)
+ExitStatus runLookup(const Options &options, Start start)
 {
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {
-        // Qt's and the library's log lines are no business of someone who runs a command.
+        // Do not print the log messages of Qt and the library.
     });
-    // Nothing is left behind by a request: it ends at once, whatever it waits for.
+    // A request leaves nothing to clean up, so end at once.
     std::signal(SIGINT, [](int) { _exit(Interrupted); });
     char name[] = "songlrc";
     char *arguments[] = {name, nullptr};
@@ -56,10 +56,10 @@ ExitStatus ask(const Options &options, Start start)
 
     const auto model = ZTLyricRequestModel::initWithReqParams(
         {{Key_Lyric_Trackname, options.title}, {Key_Lyric_Artist, options.artist}});
-    start(*model, [&](const std::function<ExitStatus()> &answer) {
+    start(*model, [&](const std::function<ExitStatus()> &handle) {
         ExitStatus status = Failed;
         try {
-            status = answer();
+            status = handle();
         } catch (const std::exception &error) {
             reportFailure(error, options.json);
         }
@@ -94,7 +94,7 @@ void printResults(const QList<QJsonObject> &results, qint64 best, bool json)
 
 ExitStatus LookupCommands::search(const Options &options)
 {
-    return ask(options, [&](ZTLyricRequestModel &model, auto finish) {
+    return runLookup(options, [&](ZTLyricRequestModel &model, auto finish) {
         model.requestListWithCompletion(
             [&options, finish](const auto &error, const auto &results, qint64 best) {
                 finish([&] {
@@ -109,17 +109,17 @@ ExitStatus LookupCommands::search(const Options &options)
 
 ExitStatus LookupCommands::fetch(const Options &options)
 {
-    return ask(options, [&](ZTLyricRequestModel &model, auto finish) {
+    return runLookup(options, [&](ZTLyricRequestModel &model, auto finish) {
         const auto completion = [&options, finish](const auto &error, const QString &lyric) {
             finish([&] {
                 if (error)
                     return report(*error, false);
                 if (lyric.isNull()) {
-                    reportError(QStringLiteral("the service's answer holds no lyric"));
+                    reportError(QStringLiteral("the service's reply contains no lyric"));
                     return NegativeAnswer;
                 }
-                if (isReplaced(options.output))
-                    std::signal(SIGINT, SIG_IGN); // it will be all there in a moment
+                if (isRegularFile(options.output))
+                    std::signal(SIGINT, SIG_IGN); // _exit() would leave the temporary file behind
                 writeTextFile(options.output, lyric, {});
                 return Done;
             });

@@ -4,7 +4,7 @@
 
 #include "Commands.h"
 
-/// The commands that ask the lyric service. They end early, with Interrupted, when the user presses Ctrl-C.
+/// The commands that use the lyric service. Ctrl-C ends them with the status Interrupted.
 namespace LookupCommands {
 
 ExitStatus search(const Options &options);

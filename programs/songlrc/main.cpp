@@ -13,11 +13,11 @@ namespace {
 
 using Command = ExitStatus (*)(const Options &);
 
-// The command line, and what it said.
-class Arguments
+// Parses the command line.
+class ArgumentParser
 {
 public:
-    Arguments()
+    ArgumentParser()
     {
         m_app.require_subcommand(1);
         CommandLine::addStandardOptions(m_app, SONGLRC_VERSION);
@@ -26,54 +26,53 @@ public:
         addFiles(parse, 1, CLI::detail::expected_max_vector_size);
         addJson(parse);
 
-        CLI::App &format = add("format", "Print the lyric's text, written anew.", Commands::format);
-        addFiles(format, 1, 1);
-        addOutput(format);
+        CLI::App &format = add("format", "Print the lyric's text in normal form.", Commands::format);
+        addEditing(format);
 
         CLI::App &preview = add("preview", "Print the lines in play order.", Commands::preview);
         addFiles(preview, 1, CLI::detail::expected_max_vector_size);
         addJson(preview);
-        preview.add_flag("--no-tags", m_options.noTags, "The texts alone, without time and property tags.");
+        preview.add_flag("--no-tags", m_options.noTags, "Print the text without time and property tags.");
 
-        CLI::App &shift = add("shift", "Move every time of the lyric.", Commands::shift);
-        shift.add_option("--by", m_milliseconds, "By so many milliseconds; times stop at 0.")
+        CLI::App &shift = add("shift", "Shift all times of the lyric.", Commands::shift);
+        shift
+            .add_option("--by", m_milliseconds,
+                        "The shift in ms. Negative values move lines earlier, but not before 0.")
             ->required()
             ->type_name("MS")
             ->check([](const std::string &number) {
                 bool isNumber = false;
                 QByteArray::fromStdString(number).toLongLong(&isNumber);
-                return isNumber ? "" : number + " is no 64-bit number of milliseconds";
+                return isNumber ? "" : "not a 64-bit integer: " + number;
             });
-        addFiles(shift, 1, 1);
-        addOutput(shift);
+        addEditing(shift);
 
-        CLI::App &mark = add("mark", "Add the maker mark, unless it is there.", Commands::mark);
-        addFiles(mark, 1, 1);
-        addOutput(mark);
+        CLI::App &mark = add("mark", "Add the maker mark, unless the lyric has it.", Commands::mark);
+        addEditing(mark);
 
         CLI::App &compare =
-            add("compare", "Compare two lyrics: exit status 0 when equal, 1 when not.", Commands::compare);
+            add("compare", "Compare two lyrics. The exit status is 0 if they are equal, 1 if not.",
+                Commands::compare);
         addFiles(compare, 2, 2);
 
-        CLI::App &search = add("search", "Ask the lyric service for songs; the best match is starred.",
+        CLI::App &search = add("search", "Search the lyric service for songs. The best match is starred.",
                                LookupCommands::search);
         addQuery(search);
-        search.add_flag("--json", m_options.json, "One JSON object.");
+        search.add_flag("--json", m_options.json, "Print one JSON object.");
 
         CLI::App &fetch =
-            add("fetch", "Download the lyric of the best match, or of a link.", LookupCommands::fetch);
+            add("fetch", "Download the lyric of the best match or of a link.", LookupCommands::fetch);
         addQuery(fetch);
-        fetch.add_option("--link", m_link, "The lyric's link, as search tells it.")->type_name("LINK");
-        fetch.add_option("-o,--output", m_output, "Write to this file, not to standard output.")
-            ->type_name("FILE");
+        fetch.add_option("--link", m_link, "The lyric's link, as printed by search.")->type_name("LINK");
+        addOutput(fetch);
     }
 
-    /// Prints help or what is wrong when there is nothing to run; \p status then says how to end.
-    Command read(int argc, char **argv, Options &options, ExitStatus &status)
+    /// Returns the command to run. Returns null, with \p status set, after printing help or an error.
+    Command parse(int argc, char **argv, Options &options, ExitStatus &status)
     {
         m_wantsJson = std::find(argv + 1, argv + argc, std::string_view("--json")) != argv + argc;
         try {
-            // Where an option takes several values, CLI11 takes "[a,b]" for two: here it is a file's name.
+            // CLI11 splits "[a,b]" in two where an option takes several values. Here it is a file name.
             std::vector<std::string> arguments(argv + 1, argv + argc);
             if (!arguments.empty() && m_severalFiles.contains(arguments.front())) {
                 for (std::string &argument : arguments) {
@@ -81,14 +80,14 @@ public:
                         argument.insert(0, "./");
                 }
             }
-            std::reverse(arguments.begin(), arguments.end()); // as CLI11 takes them
+            std::reverse(arguments.begin(), arguments.end()); // CLI11's parse() expects them in reverse
             m_app.parse(std::move(arguments));
         } catch (const CLI::Success &success) { // help or version
             m_app.exit(success);
             status = Done;
             return nullptr;
         } catch (const CLI::ParseError &error) {
-            return refuse(QString::fromUtf8(error.what()).simplified(), status);
+            return usageError(QString::fromUtf8(error.what()).simplified(), status);
         }
         options = m_options;
         for (const std::string &file : m_files)
@@ -102,19 +101,20 @@ public:
         options.link = QString::fromStdString(m_link);
         const CLI::App *const chosen = m_app.get_subcommands().front();
         if (m_lookups.contains(chosen) && m_title.empty() && m_artist.empty() && m_link.empty()) {
-            return refuse(QStringLiteral("name a title, an artist or a link to look up"), status);
+            return usageError(QStringLiteral("a title, an artist or a link is required"), status);
         }
         if (options.files.contains(QString()) || options.files.count(StandardStream) > 1)
-            return refuse(QStringLiteral("FILE: a file's name, or \"-\" once"), status);
+            return usageError(
+                QStringLiteral("FILE: a file name can't be empty, and \"-\" can be given only once"), status);
         if (options.inPlace && options.files.first() == StandardStream)
-            return refuse(QStringLiteral("--in-place: standard input can't be written back"), status);
+            return usageError(QStringLiteral("--in-place: standard input is not a file"), status);
         return m_commands.at(chosen);
     }
 
 private:
-    Command refuse(const QString &why, ExitStatus &status) const
+    Command usageError(const QString &message, ExitStatus &status) const
     {
-        reportError(why, WrongUsage, m_wantsJson);
+        reportError(message, WrongUsage, m_wantsJson);
         status = WrongUsage;
         return nullptr;
     }
@@ -130,13 +130,14 @@ private:
     {
         if (most > least)
             m_severalFiles.insert(command.get_name());
-        command.add_option("FILE", m_files, "The lyric's file; \"-\" is standard input.")
+        command.add_option("FILE", m_files, "The lyric's file. \"-\" means standard input.")
             ->required()
             ->expected(least, most)
             ->allow_extra_args(most > least)
             ->type_name("");
-        addEncoding(command, "--encoding", m_encoding,
-                    "Read in this encoding. Otherwise UTF-8, UTF-16 with a mark, or what it looks like.");
+        addEncoding(
+            command, "--encoding", m_encoding,
+            "The encoding of the input. The default is UTF-8, UTF-16 with a byte order mark, or detected.");
     }
 
     void addQuery(CLI::App &command)
@@ -149,17 +150,23 @@ private:
 
     void addJson(CLI::App &command)
     {
-        command.add_flag("--json", m_options.json, "One JSON object a file, each on a line.");
+        command.add_flag("--json", m_options.json, "Print one JSON object per file, each on its own line.");
     }
 
-    void addOutput(CLI::App &command)
+    CLI::Option *addOutput(CLI::App &command)
     {
-        CLI::Option *const output =
-            command.add_option("-o,--output", m_output, "Write to this file, not to standard output.")
-                ->type_name("FILE");
-        command.add_flag("--in-place", m_options.inPlace, "Write back to the file read.")->excludes(output);
-        addEncoding(command, "--output-encoding", m_outputEncoding,
-                    "Write in this encoding. Otherwise files in the one read, standard output in UTF-8.");
+        return command.add_option("-o,--output", m_output, "Write to this file instead of standard output.")
+            ->type_name("FILE");
+    }
+
+    void addEditing(CLI::App &command)
+    {
+        addFiles(command, 1, 1);
+        CLI::Option *const output = addOutput(command);
+        command.add_flag("--in-place", m_options.inPlace, "Write to the input file.")->excludes(output);
+        addEncoding(
+            command, "--output-encoding", m_outputEncoding,
+            "The encoding of the output. The default is the input's encoding, or UTF-8 on standard output.");
     }
 
     static void addEncoding(CLI::App &command, const char *name, std::string &value, const char *description)
@@ -168,7 +175,7 @@ private:
             ->type_name("NAME")
             ->check([](const std::string &encoding) {
                 return isTextEncoding(QByteArray::fromStdString(encoding)) ? ""
-                                                                           : "unknown encoding " + encoding;
+                                                                           : "unknown encoding: " + encoding;
             });
     }
 
@@ -177,7 +184,7 @@ private:
     std::set<const CLI::App *> m_lookups;
     std::set<std::string> m_severalFiles;
     std::vector<std::string> m_files;
-    std::string m_output = "-";
+    std::string m_output = StandardStream.data();
     std::string m_milliseconds;
     std::string m_encoding;
     std::string m_title;
@@ -185,7 +192,7 @@ private:
     std::string m_link;
     std::string m_outputEncoding;
     Options m_options;
-    bool m_wantsJson = false; // also where what follows is refused
+    bool m_wantsJson = false; // also known when parsing fails
 };
 
 } // namespace
@@ -194,7 +201,7 @@ int main(int argc, char **argv)
 {
     Options options;
     ExitStatus status = Done;
-    const Command command = Arguments().read(argc, argv, options, status);
+    const Command command = ArgumentParser().parse(argc, argv, options, status);
     if (!command)
         return status;
     try {

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
-#include "LibraryScan.h"
+#include "LibraryScanner.h"
 
 #include "LyricText.h"
-#include "ServiceError.h"
+#include "StorageError.h"
 
 #include <QVSongLrc/QVEditSong.h>
 
@@ -22,9 +22,9 @@ namespace {
 
 constexpr QLatin1StringView Suffix(".lrc");
 constexpr qsizetype MaxNameLength = 255;          // code units
-constexpr qsizetype MaxWatchedDirectories = 1000; // of a number that all programs of the user share
+constexpr qsizetype MaxWatchedDirectories = 1000; // the system's limit counts all programs of the user
 
-QString propertyOf(const QVEditSong &song, QStringView key)
+QString propertyValue(const QVEditSong &song, QStringView key)
 {
     for (const auto &line : *song.aryLines()) {
         if (line->isProperty() && line->propertyStr() == key) {
@@ -35,59 +35,59 @@ QString propertyOf(const QVEditSong &song, QStringView key)
     return {};
 }
 
-SongIndexWriter::SongName nameOf(const QString &text, const QString &fileName)
+SongIndexWriter::SongName songName(const QString &text, const QString &fileName)
 {
     constexpr QLatin1StringView Separator(" - ");
     QVEditSong song;
     song.buildWithLrcText(text);
-    SongIndexWriter::SongName name{propertyOf(song, u"ti"), propertyOf(song, u"ar")};
+    SongIndexWriter::SongName name{propertyValue(song, u"ti"), propertyValue(song, u"ar")};
     const qsizetype at = fileName.indexOf(Separator);
     if (name.title.isEmpty())
         name.title = (at > 0 ? fileName.sliced(at + Separator.size()) : fileName).simplified();
     if (name.artist.isEmpty() && at > 0)
         name.artist = fileName.first(at).simplified();
     if (name.artist.isNull())
-        name.artist = ""_L1; // absent would be NULL in the index
+        name.artist = ""_L1; // a null string would be NULL in the index
     name.title.truncate(MaxNameLength);
     name.artist.truncate(MaxNameLength);
     return name;
 }
 
-SongIndexWriter::Stamp stampOf(const QFileInfo &file)
+SongIndexWriter::Stamp fileStamp(const QFileInfo &file)
 {
     return {file.size(), file.lastModified().toMSecsSinceEpoch()};
 }
 
 } // namespace
 
-LibraryScan::LibraryScan(const QString &library, const QString &indexFile)
+LibraryScanner::LibraryScanner(const QString &library, const QString &indexFile)
     : m_library(library)
     , m_index(indexFile)
 {
-    m_soon.setSingleShot(true);
-    m_soon.setInterval(200);
-    m_regular.setSingleShot(true);
-    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, &m_soon, [this] {
-        if (!m_soon.isActive())
-            m_soon.start();
+    m_changeTimer.setSingleShot(true);
+    m_changeTimer.setInterval(200);
+    m_periodicTimer.setSingleShot(true);
+    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, &m_changeTimer, [this] {
+        if (!m_changeTimer.isActive())
+            m_changeTimer.start();
     });
-    connect(&m_soon, &QTimer::timeout, this, &LibraryScan::rescan);
-    connect(&m_regular, &QTimer::timeout, this, &LibraryScan::rescan);
+    connect(&m_changeTimer, &QTimer::timeout, this, &LibraryScanner::rescan);
+    connect(&m_periodicTimer, &QTimer::timeout, this, &LibraryScanner::rescan);
 }
 
-void LibraryScan::start()
+void LibraryScanner::start()
 {
     try {
         try {
             m_index.open(m_library.path());
             scan();
-        } catch (const ServiceError &) {
-            // The index only repeats what the library holds, so a damaged one is made anew.
+        } catch (const StorageError &) {
+            // The index holds nothing that is not in the library, so a damaged one is rebuilt.
             m_index.discard();
             m_index.open(m_library.path());
             scan();
         }
-    } catch (const ServiceError &error) {
+    } catch (const StorageError &error) {
         Q_EMIT failed(QString::fromUtf8(error.what()));
         return;
     }
@@ -95,41 +95,41 @@ void LibraryScan::start()
         Q_EMIT ready();
 }
 
-void LibraryScan::rescan()
+void LibraryScanner::rescan()
 {
     try {
         scan();
-    } catch (const ServiceError &error) {
-        qWarning("can't update the index: %s", error.what());
+    } catch (const StorageError &error) {
+        qWarning("can't update the song index: %s", error.what());
     }
 }
 
-void LibraryScan::scan()
+void LibraryScanner::scan()
 {
     QElapsedTimer clock;
     clock.start();
-    // A large library is not scanned all the time.
-    const auto planNext = qScopeGuard([&] {
-        m_soon.setInterval(int(std::clamp<qint64>(clock.elapsed() * 5, 200, 30'000)));
-        m_regular.start(int(std::clamp<qint64>(clock.elapsed() * 50, 15'000, 3'600'000)));
+    // The pause grows with the duration of a scan, so that a large library is not scanned all the time.
+    const auto scheduleNext = qScopeGuard([&] {
+        m_changeTimer.setInterval(int(std::clamp<qint64>(clock.elapsed() * 5, 200, 30'000)));
+        m_periodicTimer.start(int(std::clamp<qint64>(clock.elapsed() * 50, 15'000, 3'600'000)));
     });
     try {
         QStringList directories;
         Entries known = m_index.begin();
-        // What a walk that was cut short did not meet may still be there.
+        // After an interrupted walk the remaining songs may still exist.
         if (walk(known, directories)) {
-            for (const Entry &gone : std::as_const(known))
-                m_index.remove(gone.id);
+            for (const Entry &missing : std::as_const(known))
+                m_index.remove(missing.id);
             watch(directories);
         }
         m_index.commit();
-    } catch (const ServiceError &) {
+    } catch (const StorageError &) {
         m_index.rollback();
         throw;
     }
 }
 
-bool LibraryScan::walk(Entries &known, QStringList &directories)
+bool LibraryScanner::walk(Entries &known, QStringList &directories)
 {
     if (!QFileInfo(m_library.path()).isReadable()) {
         qWarning() << "can't read the library" << m_library.path();
@@ -138,10 +138,10 @@ bool LibraryScan::walk(Entries &known, QStringList &directories)
     constexpr QDir::Filters Wanted = QDir::Dirs | QDir::Files | QDir::NoDotAndDotDot | QDir::NoSymLinks;
     directories = {m_library.path()};
     const qsizetype prefix = m_library.path().size() + (m_library.isRoot() ? 0 : 1);
-    for (qsizetype at = 0; at < directories.size(); ++at) {
-        const QFileInfoList entries = QDir(directories[at]).entryInfoList(Wanted, QDir::Unsorted);
-        if (entries.isEmpty() && !QFileInfo(directories[at]).isReadable())
-            tell(directories[at], {}, u"not readable"_s);
+    for (qsizetype i = 0; i < directories.size(); ++i) {
+        const QFileInfoList entries = QDir(directories[i]).entryInfoList(Wanted, QDir::Unsorted);
+        if (entries.isEmpty() && !QFileInfo(directories[i]).isReadable())
+            report(directories[i], {}, u"not readable"_s);
         for (const QFileInfo &entry : entries) {
             if (QThread::currentThread()->isInterruptionRequested())
                 return false;
@@ -153,50 +153,50 @@ bool LibraryScan::walk(Entries &known, QStringList &directories)
                 continue;
             const QString path = entry.filePath().sliced(prefix);
             const Entry old = known.take(path);
-            if (!old.id || old.stamp != stampOf(entry))
+            if (!old.id || old.stamp != fileStamp(entry))
                 update(entry, path, old.id);
         }
     }
     return true;
 }
 
-void LibraryScan::update(const QFileInfo &file, const QString &path, qint64 oldId)
+void LibraryScanner::update(const QFileInfo &file, const QString &path, qint64 oldId)
 {
-    const Stamp stamp = stampOf(file);
+    const Stamp stamp = fileStamp(file);
     if (m_unusable.contains(path) && m_unusable[path] == stamp)
         return;
-    QString link = oldId ? m_index.link(oldId) : QString(); // one that was given out stays good
+    QString link = oldId ? m_index.link(oldId) : QString(); // links that clients have stay valid
     if (oldId)
         m_index.remove(oldId);
     QString error;
     const auto text = readLyricText(file.filePath(), &error);
     if (!text) {
-        // What can't be opened is tried again: its modes may change, which leaves its stamp alone.
-        tell(path, file.isReadable() ? stamp : Stamp{stamp.size, -1}, error);
+        // Try an unreadable file again next time: a change of permissions does not change its stamp.
+        report(path, file.isReadable() ? stamp : Stamp{stamp.size, -1}, error);
         return;
     }
     m_unusable.remove(path);
-    m_index.add(path, stamp, nameOf(*text, file.completeBaseName()),
+    m_index.add(path, stamp, songName(*text, file.completeBaseName()),
                 link.isEmpty() ? SongIndexWriter::newLink() : link);
 }
 
-void LibraryScan::tell(const QString &path, const Stamp &stamp, const QString &why)
+void LibraryScanner::report(const QString &path, const Stamp &stamp, const QString &reason)
 {
     if (!m_unusable.contains(path) || m_unusable[path].modified != stamp.modified)
-        qWarning().noquote() << "skipped" << QDebug::toString(path) << '-' << why;
+        qWarning().noquote() << "skipped" << QDebug::toString(path) << '-' << reason;
     m_unusable.insert(path, stamp);
 }
 
-void LibraryScan::watch(const QStringList &directories)
+void LibraryScanner::watch(const QStringList &directories)
 {
     const QStringList wanted = directories.first(std::min(directories.size(), MaxWatchedDirectories));
     const QStringList watched = m_watcher.directories();
     const QSet<QString> old(watched.begin(), watched.end());
-    const QSet<QString> now(wanted.begin(), wanted.end());
-    if (const auto gone = old - now; !gone.isEmpty())
-        m_watcher.removePaths(gone.values());
-    if (const auto added = now - old; !added.isEmpty()) {
+    const QSet<QString> current(wanted.begin(), wanted.end());
+    if (const auto removed = old - current; !removed.isEmpty())
+        m_watcher.removePaths(removed.values());
+    if (const auto added = current - old; !added.isEmpty()) {
         m_watcher.addPaths(added.values());
-        m_soon.start(); // something may have changed before it was watched
+        m_changeTimer.start(); // for changes before the watch began
     }
 }
