@@ -6,8 +6,8 @@
 
 namespace QVSongLrcPrivate {
 
-/// \p text, copied when it does not own its characters (a literal, or QString::fromRawData over a buffer of
-/// the caller's that may go first). Absent stays absent.
+/// \p text, or a copy if it does not own its characters: those of QString::fromRawData() may be gone while
+/// the copy is still needed. An absent text stays absent.
 inline QString ownedString(const QString &text)
 {
     return text.capacity() < text.size() ? QString(text.constData(), text.size()) : text;

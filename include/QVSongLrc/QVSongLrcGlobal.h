@@ -4,7 +4,7 @@
 
 #include <QtGlobal>
 
-#if defined(QVSONGLRC_STATIC) // set for programs by the CMake target and by pkg-config
+#if defined(QVSONGLRC_STATIC) // the CMake target and the pkg-config file of a static library define it
 #define QVSONGLRC_CORE_EXPORT
 #elif defined(QVSongLrcCore_EXPORTS)
 #define QVSONGLRC_CORE_EXPORT Q_DECL_EXPORT
