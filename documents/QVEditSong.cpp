@@ -23,12 +23,6 @@ constexpr QStringView MakerName = u"Quendle";
 constexpr QStringView MakerHost = u"" QVSONGLRC_MAKER_HOST;
 constexpr QStringView MakerAddress = u"https://" QVSONGLRC_MAKER_HOST;
 
-// The mark's texts are format strings without arguments: "%%" stands for "%", any other "%" for itself.
-QString withoutPercentEscapes(QString text)
-{
-    return text.replace(QLatin1StringView("%%"), QLatin1StringView("%"));
-}
-
 std::shared_ptr<QVSongLine> timedLine(qint64 milliseconds, const QString &text)
 {
     auto line = std::make_shared<QVSongLine>();
@@ -173,11 +167,11 @@ bool QVEditSong::insertCopyrightMark()
     if (mentions(MakerName) && mentions(MakerHost))
         return false;
 
-    const QString name =
-        withoutPercentEscapes(QCoreApplication::translate("QVEditSong", "Maker Tool: Quendle"));
-    const QString address = withoutPercentEscapes(MakerAddress.toString());
+    // Translations are format strings without arguments: "%%" stands for "%", any other "%" for itself.
+    const QString name = QCoreApplication::translate("QVEditSong", "Maker Tool: Quendle")
+                             .replace(QLatin1StringView("%%"), QLatin1StringView("%"));
     d->lines->insert(anchor + 1, timedLine(Saturating::add(anchorTime, 300), name));
-    d->lines->insert(anchor + 2, timedLine(Saturating::add(anchorTime, 700), address));
+    d->lines->insert(anchor + 2, timedLine(Saturating::add(anchorTime, 700), MakerAddress.toString()));
     updateSongText();
     return true;
 }

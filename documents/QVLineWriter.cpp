@@ -67,8 +67,7 @@ char16_t *QVLineWriter::writeAndSlice(QVSongLine &line, char16_t *at, const QStr
         const qsizetype length = line.m_textView.size();
         const qsizetype tagsLength = end - at - length;
         line.setTextSlice(text, {end - (line.m_isProperty ? 1 : 0) - length, length});
-        // The host can change a shared list without the line knowing, so the tags are only kept for own
-        // times.
+        // A shared list can change without notice, so only the tags of the line's own times are kept.
         if (!line.m_isProperty && !line.m_sharedTimes && tagsLength <= std::numeric_limits<quint32>::max())
             line.m_tagsLength = quint32(tagsLength);
     }
@@ -108,10 +107,10 @@ QString QVLineWriter::writeDisplayTexts(const QVSongLineList &lines)
 QString QVLineWriter::writeLineTexts(const QVSongLineList &lines)
 {
     const qsizetype total =
-        totalLength(lines, [](const QVSongLine &line) { return textOrNull(line.m_textView).size(); });
+        totalLength(lines, [](const QVSongLine &line) { return textOrPlaceholder(line.m_textView).size(); });
     return write(lines, total, [](QVSongLine &line, char16_t *at, const QString &, qsizetype location) {
         line.m_txtRg = {quint64(location), quint64(line.m_textView.size())};
-        return writeText(at, textOrNull(line.m_textView));
+        return writeText(at, textOrPlaceholder(line.m_textView));
     });
 }
 

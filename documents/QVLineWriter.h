@@ -16,8 +16,8 @@ public:
     /// Writes the display texts. Lines whose text is a slice slice the result from now on.
     static QString writeSongText(const QVSongLineList &lines);
 
-    /// Writes the display texts only so that the lines slice them. Does nothing if they take more than \p
-    /// maxLength code units.
+    /// Writes the display texts into a text that the lines slice from now on, and leaves their ranges alone.
+    /// Does nothing if the text would be longer than \p maxLength.
     static void gatherTexts(const QVSongLineList &lines, qsizetype maxLength);
 
     /// Writes the display texts. The lines keep the text that they slice.

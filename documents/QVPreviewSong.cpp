@@ -15,27 +15,21 @@ using namespace QVSongLrcPrivate;
 
 namespace {
 
-// A stable sort by play time, a double, so times above 2^53 ms may count as equal. It sorts small keys, which
-// is faster than to follow the pointers to the lines in every comparison.
+// Sorts by play time, a double, so times above 2^53 ms may count as equal. Lines with equal play times keep
+// their order. It sorts small keys, since following pointers to the lines in every comparison is slow.
 void sortByPlayTime(QVSongLineList &lines)
 {
-    struct Key
-    {
-        double playTime;
-        qsizetype index;
-    };
-    std::vector<Key> keys;
+    std::vector<std::pair<double, qsizetype>> keys; // play time, index
     keys.reserve(std::size_t(lines.size()));
     for (qsizetype i = 0; i < lines.size(); ++i)
-        keys.push_back({lines[i]->playTime(), i});
-    const auto earlier = [](const Key &a, const Key &b) { return a.playTime < b.playTime; };
-    if (std::is_sorted(keys.cbegin(), keys.cend(), earlier))
+        keys.emplace_back(lines[i]->playTime(), i);
+    if (std::is_sorted(keys.cbegin(), keys.cend()))
         return;
-    std::stable_sort(keys.begin(), keys.end(), earlier);
+    std::sort(keys.begin(), keys.end());
     QVSongLineList sorted;
     sorted.reserve(lines.size());
-    for (const Key &key : keys)
-        sorted.append(std::move(lines[key.index]));
+    for (const auto &[playTime, index] : keys)
+        sorted.append(std::move(lines[index]));
     lines = std::move(sorted);
 }
 

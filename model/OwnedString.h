@@ -6,8 +6,8 @@
 
 namespace QVSongLrcPrivate {
 
-/// \p text, or a copy if it does not own its characters: those of QString::fromRawData() may be gone while
-/// the copy is still needed. An absent text stays absent.
+/// \p text, or a copy of it if the characters belong to someone who may free them (QString::fromRawData()).
+/// An absent text stays absent.
 inline QString ownedString(const QString &text)
 {
     return text.capacity() < text.size() ? QString(text.constData(), text.size()) : text;

@@ -35,7 +35,7 @@ std::shared_ptr<QVSongLine> QVSongLine::emptyLine()
 
 // The list has its own reference count, not the line's: a line may be on the stack, and two lines that
 // swapped their lists would keep each other alive.
-const std::shared_ptr<QVTimeList> &QVSongLine::sharedTimes() const
+std::shared_ptr<const QVTimeList> QVSongLine::aryTimes() const
 {
     m_tagsLength = 0;
     if (!m_sharedTimes)
@@ -45,12 +45,7 @@ const std::shared_ptr<QVTimeList> &QVSongLine::sharedTimes() const
 
 std::shared_ptr<QVTimeList> QVSongLine::aryTimes()
 {
-    return sharedTimes();
-}
-
-std::shared_ptr<const QVTimeList> QVSongLine::aryTimes() const
-{
-    return sharedTimes();
+    return std::const_pointer_cast<QVTimeList>(std::as_const(*this).aryTimes());
 }
 
 void QVSongLine::setAryTimes(std::shared_ptr<QVTimeList> times)
@@ -126,7 +121,7 @@ QString QVSongLine::description() const
     }
     return QStringLiteral("%1 | {%2, %3} | %4\n")
         .arg(shownTimes, QString::number(m_txtRg.location), QString::number(m_txtRg.length),
-             textOrNull(m_textView));
+             textOrPlaceholder(m_textView));
 }
 
 void QVSongLine::shiftAllTime(qint64 milliseconds)

@@ -14,7 +14,7 @@
 namespace QVSongLrcPrivate {
 
 /// \p text, or "(null)" if it is absent.
-inline QStringView textOrNull(QStringView text)
+inline QStringView textOrPlaceholder(QStringView text)
 {
     return text.isNull() ? QStringView(u"(null)") : text;
 }
@@ -67,9 +67,9 @@ inline qsizetype QVSongLine::displayLength() const
     using namespace QVSongLrcPrivate;
     if (m_tagsLength > 0)
         return m_tagsLength + m_textView.size();
-    qsizetype length = textOrNull(m_textView).size();
+    qsizetype length = textOrPlaceholder(m_textView).size();
     if (m_isProperty)
-        return textOrNull(m_propertyStr).size() + length + 3;
+        return textOrPlaceholder(m_propertyStr).size() + length + 3;
     for (const qint64 time : times())
         length += TimeText::tagLength(time);
     return length;
@@ -83,13 +83,13 @@ inline char16_t *QVSongLine::writeDisplayText(char16_t *out) const
         return writeText(out, {m_textView.data() - m_tagsLength, m_textView.size() + m_tagsLength});
     if (m_isProperty) {
         *out++ = u'[';
-        out = writeText(out, textOrNull(m_propertyStr));
+        out = writeText(out, textOrPlaceholder(m_propertyStr));
         *out++ = u':';
-        out = writeText(out, textOrNull(m_textView));
+        out = writeText(out, textOrPlaceholder(m_textView));
         *out++ = u']';
         return out;
     }
     for (const qint64 time : times())
         out = TimeText::writeTag(out, time);
-    return writeText(out, textOrNull(m_textView));
+    return writeText(out, textOrPlaceholder(m_textView));
 }

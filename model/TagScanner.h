@@ -8,13 +8,14 @@
 
 /// Finds the tags of LRC text, for QVUtils, QVSongLine and the documents.
 ///
-/// The matches are exactly those of ICU's regular expressions \s*\[[a-z]{1}[a-z]{1}:.*\]
-/// property tag \s*\[\d{1,2}:\d{1,2}.\d{1,2}\]           time tag where "." also matches line ends. A scanner
-/// written by hand takes time linear in the text; ICU's backtracking engine does not.
+/// The matches are exactly those of ICU's regular expressions
+///     \s*\[[a-z]{1}[a-z]{1}:.*\]               property tag
+///     \s*\[\d{1,2}:\d{1,2}.\d{1,2}\]           time tag
+/// where "." also matches line ends. This scanner takes time linear in the text; ICU's backtracking engine
+/// does not.
 namespace QVSongLrcPrivate::TagScanner {
 
-/// The range of a tag, leading white space included: half-open, in UTF-16 code units of the text that was
-/// searched.
+/// The range of a tag in the text, leading white space included: half-open, in UTF-16 code units.
 struct Match
 {
     qsizetype begin = 0;

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <charconv>
 #include <limits>
+#include <utility>
 
 namespace QVSongLrcPrivate::TimeText {
 namespace {
@@ -21,14 +22,8 @@ bool isDigit(char16_t c)
     return c >= u'0' && c <= u'9';
 }
 
-struct NumberStart
-{
-    const char16_t *begin;
-    bool negative;
-};
-
-// Skips white space and a sign.
-NumberStart startOfNumber(QStringView text)
+// Skips white space and a sign. Returns where the digits begin, and whether the sign is "-".
+std::pair<const char16_t *, bool> startOfNumber(QStringView text)
 {
     const char16_t *at = text.utf16();
     const char16_t *const end = at + text.size();

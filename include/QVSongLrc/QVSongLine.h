@@ -115,7 +115,6 @@ private:
 
     const QVTimeList &times() const;
     QVTimeList &times();
-    const std::shared_ptr<QVTimeList> &sharedTimes() const;
     qint64 firstTime() const;
 
     void setTextSlice(const QString &source, QStringView slice);
