@@ -58,8 +58,7 @@ qsizetype QVLineWriter::displayLength(const QVSongLineList &lines)
     return totalLength(lines, [](const QVSongLine &line) { return line.displayLength(); });
 }
 
-// Writes the display text at `at`, which points into `text`. If the line's text is a slice, it becomes one of
-// `text`.
+// Writes the display text at `at`, which points into `text`. A line whose text is a slice then slices `text`.
 char16_t *QVLineWriter::writeAndSlice(QVSongLine &line, char16_t *at, const QString &text)
 {
     char16_t *const end = line.writeDisplayText(at);

@@ -65,13 +65,14 @@ public:
     /// Does nothing if the texts of the lines already contain both. Calls updateSongText() after adding the
     /// mark.
     ///
-    /// The mark goes after one of the first eleven lines, where a pause begins. The gap after a line is the
-    /// first time of the next line less its own; a line without times counts as 0 ms. The last line whose gap
-    /// is longer than the one before it (for the first line, longer than 0) is chosen, and the mark's times
-    /// are 300 and 700 ms after that line's. If there is no such line, the mark goes to the top, at 300 and
-    /// 700 ms.
+    /// The mark goes after a line that a pause follows. The gap after a line is the first time of the next
+    /// line minus its own first time; a line without times counts as 0 ms. Of the first eleven lines that have
+    /// a next line, the mark goes after the last one whose gap is longer than the previous line's (for the
+    /// first line, longer than 0), and its times are that line's first time plus 300 and 700 ms. If there is
+    /// no such line, the mark goes to the top, at 300 and 700 ms.
     ///
-    /// The name is the application's translation of "Maker Tool: Quendle" in the context "QVEditSong".
+    /// The name is the application's translation of "Maker Tool: Quendle" in the context "QVEditSong", in
+    /// English if there is none.
     ///
     /// \return whether the mark was added.
     bool insertCopyrightMark();

@@ -66,7 +66,7 @@ public:
     /// The first time of the list (not the smallest) in seconds; 0.0 if there is none.
     double playTime() const;
 
-    /// A property line may have times too; displayText() does not write them.
+    /// Whether this is a property line. It may have times too, which displayText() does not write.
     bool isProperty() const { return m_isProperty; }
     void setIsProperty(bool isProperty);
 
