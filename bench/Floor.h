@@ -4,8 +4,8 @@
 
 #include <QVSongLrc/QVSongLine.h>
 
-// The least work that the library's data model allows, to measure the library against: no interface, no odd
-// cases, just the loops.
+// The same work as the library's in the shortest loops that give the same kind of result, without its
+// interface and its special cases. The benchmarks compare the library with it.
 namespace Floor {
 
 struct Line
@@ -23,14 +23,14 @@ struct Document
     QString songText;
 };
 
-/// Reads text without properties and writes it back: the same scan, one shared line object, its times, a
-/// slice of the text, and everything written once.
+/// Reads text without properties, and writes it back: finds the tags with the library's scanner, allocates
+/// one shared object a line with its times and a slice of the text, and writes everything once.
 Document build(const QString &text);
 
-/// Copies a finished text line by line from where the lines' ranges say, and sets the ranges.
+/// Copies \p text line by line from the lines' ranges, and sets the ranges.
 QString copyWithRanges(const QVSongLineList &lines, const QString &text);
 
-/// The lines that are not at one of the indexes, which ascend.
+/// The lines that are not at one of \p indexes, which must be sorted.
 QVSongLineList without(const QVSongLineList &lines, const std::vector<qsizetype> &indexes);
 
 } // namespace Floor

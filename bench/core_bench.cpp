@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
-// What the documents cost, each beside its floor (see Floor.h); bench/ratios.py reads the results.
+// Benchmarks of the documents, and of their floors (see Floor.h). bench/ratios.py compares the results.
 
 #include "Floor.h"
 
@@ -18,8 +18,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// A text like usual lyrics: lines in order of time, every eighth sung again a minute later. Times end at 100
-// minutes, so the longer the text, the closer the lines.
+// A text like common lyrics: lines in order of time, every eighth sung again a minute later. Times stay below
+// 100 minutes, so in longer texts the lines are closer together.
 QString lyricText(qsizetype lines)
 {
     static const std::array<QString, 5> words{
@@ -50,11 +50,12 @@ void countLines(benchmark::State &state)
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
+template <typename Song>
 void build(benchmark::State &state)
 {
     const QString &text = lyric(state);
     for (auto _ : state) {
-        QVEditSong song;
+        Song song;
         song.buildWithLrcText(text);
         benchmark::DoNotOptimize(song.aryLines());
     }
@@ -71,24 +72,13 @@ void buildFloor(benchmark::State &state)
     countLines(state);
 }
 
-void buildPreview(benchmark::State &state)
-{
-    const QString &text = lyric(state);
-    for (auto _ : state) {
-        QVPreviewSong preview;
-        preview.buildWithLrcText(text);
-        benchmark::DoNotOptimize(preview.aryLines());
-    }
-    countLines(state);
-}
-
 void serialise(benchmark::State &state)
 {
     QVEditSong song;
     song.buildWithLrcText(lyric(state));
     for (auto _ : state) {
         song.updateSongText();
-        benchmark::DoNotOptimize(song);
+        benchmark::DoNotOptimize(song.songText());
     }
     countLines(state);
 }
@@ -124,7 +114,7 @@ void previewTextFloor(benchmark::State &state)
     countLines(state);
 }
 
-// Every second line of a document goes.
+// Deletes every second line of a document.
 template <typename Delete>
 void deleteHalf(benchmark::State &state, Delete deleteLines)
 {
@@ -159,7 +149,7 @@ void deleteSetFloor(benchmark::State &state)
     });
 }
 
-// Bytes in use by the heap.
+// The number of bytes that are allocated on the heap.
 double heapBytes()
 {
     const struct mallinfo2 info = mallinfo2();
@@ -194,7 +184,7 @@ void hostile(benchmark::State &state, const QString &piece)
     state.SetItemsProcessed(state.iterations() * text.size());
 }
 
-// What the hostile texts are measured against: the same work on a lyric, a character an item.
+// The same work on a common lyric, to compare the hostile texts with. An item is a character.
 void usual(benchmark::State &state)
 {
     hostile(state, lyricText(state.range(0) * 1024 / 30).first(state.range(0) * 1024));
@@ -209,16 +199,16 @@ const std::pair<const char *, QString> HostilePieces[] = {
 
 int main(int argc, char **argv)
 {
-    // The heap keeps its pages: what is measured is the library, not how the kernel hands pages out.
+    // Keep freed memory, so that the results do not depend on how fast the kernel hands out pages.
     mallopt(M_MMAP_MAX, 0);
     mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
 
     const auto perDocument = [](const char *name, void (*run)(benchmark::State &)) {
         benchmark::RegisterBenchmark(name, run)->Arg(63)->Arg(4'000)->Arg(300'000);
     };
-    perDocument("build", build);
+    perDocument("build", build<QVEditSong>);
     perDocument("build_floor", buildFloor);
-    perDocument("build_preview", buildPreview);
+    perDocument("build_preview", build<QVPreviewSong>);
     perDocument("serialise", serialise);
     perDocument("serialise_floor", serialiseFloor);
     perDocument("preview_tags", previewText<true>);

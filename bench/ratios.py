@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
+# SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 # SPDX-License-Identifier: MIT
-"""Prints what the benchmarks cost beside their floors and limits: ratios.py RESULTS.json"""
+"""Compares the benchmarks with their floors and limits: ratios.py RESULTS.json"""
 
 import json
 import statistics
@@ -22,7 +23,7 @@ def times(results):
 
 
 def rows(results):
-    """(what, measured, limit) for every figure that has a limit."""
+    """(what, measured, limit) for every ratio and figure; the limit may be None."""
     time = times(results)
     for size in SIZES:
         for name, base, limit in (

@@ -8,11 +8,11 @@
 
 namespace QVSongLrcPrivate {
 
-/// Reads LRC text line by line, the same way for every document: \p onProperty is called with the
-/// TagScanner::Property of each line that holds a property tag, \p onLyric with each raw line that holds
-/// none, in the order of the text. Only a line feed ends a line, and empty lines are left out.
+/// Reads LRC text line by line, for both documents. Calls \p onProperty with the TagScanner::Property of each
+/// line that contains a property tag, and \p onLyric with every other raw line, in the order of the text.
+/// Only a line feed ends a line, and empty lines are left out.
 ///
-/// A property with an empty value does not use its line up: \p onLyric is called for the line as well.
+/// If the value of a property is empty, \p onLyric is called for its line, too.
 template <typename OnProperty, typename OnLyric>
 void readLyric(QStringView text, OnProperty onProperty, OnLyric onLyric)
 {

@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include <QVSongLrc/QVEditSong.h>
 
+#include "LyricReader.h"
+#include "QVLineWriter.h"
 #include "model/OwnedString.h"
 #include "model/QVSongLine_p.h"
 #include "model/Saturating.h"
 #include "model/TimeText.h"
-#include "LyricReader.h"
-#include "QVLineWriter.h"
 
 #include <QCoreApplication>
 
@@ -23,12 +23,6 @@ constexpr QStringView MakerName = u"Quendle";
 constexpr QStringView MakerHost = u"" QVSONGLRC_MAKER_HOST;
 constexpr QStringView MakerAddress = u"https://" QVSONGLRC_MAKER_HOST;
 
-// A text passes through formatting without arguments: "%%" stands for one "%", any other "%" for itself.
-QString formatted(QString text)
-{
-    return text.replace(QLatin1StringView("%%"), QLatin1StringView("%"));
-}
-
 std::shared_ptr<QVSongLine> timedLine(qint64 milliseconds, const QString &text)
 {
     auto line = std::make_shared<QVSongLine>();
@@ -39,31 +33,23 @@ std::shared_ptr<QVSongLine> timedLine(qint64 milliseconds, const QString &text)
 
 } // namespace
 
+struct QVEditSong::Private
+{
+    QString songText;
+    QString tagSongText;
+    std::shared_ptr<QVSongLineList> lines = std::make_shared<QVSongLineList>();
+};
+
 QVEditSong::QVEditSong()
-    : m_aryLines(std::make_shared<QVSongLineList>())
+    : d(std::make_unique<Private>())
 {
 }
 
 QVEditSong::~QVEditSong() = default;
 
-void QVEditSong::setSongText(const QString &text)
-{
-    m_songText = ownedString(text);
-}
-
-void QVEditSong::setTagSongText(const QString &text)
-{
-    m_tagSongText = ownedString(text);
-}
-
-void QVEditSong::setAryLines(std::shared_ptr<QVSongLineList> lines)
-{
-    m_aryLines = lines ? std::move(lines) : std::make_shared<QVSongLineList>();
-}
-
 void QVEditSong::buildWithLrcText(const QString &text)
 {
-    // The lines slice the caller's text only until the song text is written, which they slice from then on.
+    // No copy is needed: writeSongText() makes the lines slice the song text, not the caller's text.
     const QString source = QString::fromRawData(text.constData(), text.size());
     const auto lines = std::make_shared<QVSongLineList>();
     const auto appendLine = [&](QStringView lineText) -> QVSongLine & {
@@ -88,33 +74,63 @@ void QVEditSong::buildWithLrcText(const QString &text)
             line.m_textView = rawLine.sliced(end);
         });
     lines->squeeze();
-    m_songText = QVLineWriter::writeSongText(*lines);
-    m_aryLines = lines;
+    d->songText = QVLineWriter::writeSongText(*lines);
+    d->lines = lines;
+}
+
+QString QVEditSong::songText() const
+{
+    return d->songText;
+}
+
+void QVEditSong::setSongText(const QString &text)
+{
+    d->songText = ownedString(text);
+}
+
+void QVEditSong::updateSongText()
+{
+    d->songText = QVLineWriter::writeSongText(*d->lines);
+}
+
+std::shared_ptr<QVSongLineList> QVEditSong::aryLines()
+{
+    return d->lines;
+}
+
+std::shared_ptr<const QVSongLineList> QVEditSong::aryLines() const
+{
+    return d->lines;
+}
+
+void QVEditSong::setAryLines(std::shared_ptr<QVSongLineList> lines)
+{
+    d->lines = lines ? std::move(lines) : std::make_shared<QVSongLineList>();
 }
 
 void QVEditSong::insertLine(std::shared_ptr<QVSongLine> line, qint64 atIndex)
 {
     if (!line)
-        throw std::invalid_argument("QVEditSong::insertLine: the line is absent");
-    const qint64 count = m_aryLines->size();
+        throw std::invalid_argument("QVEditSong::insertLine: the line is null");
+    const qint64 count = d->lines->size();
     if (atIndex < 0 || atIndex > count)
-        atIndex = std::max<qint64>(count - 1, 0); // in front of the last line, not behind it: that is meant
-    m_aryLines->insert(atIndex, std::move(line));
+        atIndex = std::max<qint64>(count - 1, 0); // intended: before the last line, not after it
+    d->lines->insert(atIndex, std::move(line));
 }
 
 void QVEditSong::deleteLineAtIndex(qint64 index)
 {
-    if (index >= 0 && index < m_aryLines->size())
-        m_aryLines->removeAt(index);
+    if (index >= 0 && index < d->lines->size())
+        d->lines->removeAt(index);
 }
 
 void QVEditSong::deleteLineAtIndexs(const std::set<quint64> &indexes)
 {
     if (indexes.empty())
         return;
-    QVSongLineList &lines = *m_aryLines;
+    QVSongLineList &lines = *d->lines;
     if (*indexes.rbegin() >= quint64(lines.size()))
-        throw std::out_of_range("QVEditSong::deleteLineAtIndexs: an index is outside the lines");
+        throw std::out_of_range("QVEditSong::deleteLineAtIndexs: an index is not below the number of lines");
 
     auto kept = lines.begin() + qsizetype(*indexes.begin());
     for (auto index = indexes.cbegin(); index != indexes.cend();) {
@@ -125,23 +141,10 @@ void QVEditSong::deleteLineAtIndexs(const std::set<quint64> &indexes)
     lines.resize(kept - lines.begin());
 }
 
-bool QVEditSong::isEqual(const QVEditSong *other) const
-{
-    return other
-        && std::equal(m_aryLines->cbegin(), m_aryLines->cend(), other->m_aryLines->cbegin(),
-                      other->m_aryLines->cend(),
-                      [](const auto &line, const auto &peer) { return line && line->isEqual(peer.get()); });
-}
-
-void QVEditSong::updateSongText()
-{
-    m_songText = QVLineWriter::writeSongText(*m_aryLines);
-}
-
 bool QVEditSong::insertCopyrightMark()
 {
     constexpr qsizetype LastGap = 10;
-    const QVSongLineList &lines = std::as_const(*m_aryLines);
+    const QVSongLineList &lines = std::as_const(*d->lines);
     const auto firstTime = [&lines](qsizetype index) { return lines[index] ? lines[index]->firstTime() : 0; };
 
     qint64 previousGap = 0;
@@ -149,7 +152,7 @@ bool QVEditSong::insertCopyrightMark()
     qint64 anchorTime = 0;
     for (qsizetype i = 0; i <= LastGap && i + 1 < lines.size(); ++i) {
         const qint64 gap = Saturating::subtract(firstTime(i + 1), firstTime(i));
-        // Meant: a gap is measured against the one just before it, not against the largest so far.
+        // Intended: each gap is compared with the previous gap, not with the largest so far.
         if (gap > previousGap) {
             anchor = i;
             anchorTime = firstTime(i);
@@ -164,10 +167,29 @@ bool QVEditSong::insertCopyrightMark()
     if (mentions(MakerName) && mentions(MakerHost))
         return false;
 
-    const QString name = formatted(QCoreApplication::translate("QVEditSong", "Maker Tool: Quendle"));
-    const QString address = formatted(MakerAddress.toString());
-    m_aryLines->insert(anchor + 1, timedLine(Saturating::add(anchorTime, 300), name));
-    m_aryLines->insert(anchor + 2, timedLine(Saturating::add(anchorTime, 700), address));
+    // Translations are format strings without arguments: "%%" stands for "%", any other "%" for itself.
+    const QString name = QCoreApplication::translate("QVEditSong", "Maker Tool: Quendle")
+                             .replace(QLatin1StringView("%%"), QLatin1StringView("%"));
+    d->lines->insert(anchor + 1, timedLine(Saturating::add(anchorTime, 300), name));
+    d->lines->insert(anchor + 2, timedLine(Saturating::add(anchorTime, 700), MakerAddress.toString()));
     updateSongText();
     return true;
+}
+
+bool QVEditSong::isEqual(const QVEditSong *other) const
+{
+    return other
+        && std::equal(d->lines->cbegin(), d->lines->cend(), other->d->lines->cbegin(),
+                      other->d->lines->cend(),
+                      [](const auto &line, const auto &peer) { return line && line->isEqual(peer.get()); });
+}
+
+QString QVEditSong::tagSongText() const
+{
+    return d->tagSongText;
+}
+
+void QVEditSong::setTagSongText(const QString &text)
+{
+    d->tagSongText = ownedString(text);
 }

@@ -9,8 +9,8 @@
 namespace QVSongLrcPrivate {
 namespace {
 
-// Visits the lines that are there. They lie all over the heap, and in play order not even ascending, so a
-// line further on is fetched while one is worked on; on long lyrics that saves a third of the time.
+// Calls visit() for every line that is not null. Lines are scattered over the heap, so a later line is
+// prefetched while one is visited; on long lyrics this saves a third of the time.
 template <typename Visit>
 void forEachLine(const QVSongLineList &lines, Visit visit)
 {
@@ -38,8 +38,8 @@ qsizetype totalLength(const QVSongLineList &lines, Length length)
 
 } // namespace
 
-// writeLine(line, at, text, location) writes the line at `at`, which is `location` of `text`, sets the line's
-// range, and answers the place after what it wrote; total is what all lines take, their line feeds included.
+// writeLine(line, at, text, location) writes a line at `at`, which is index `location` of `text`, and returns
+// the end of what it wrote. `total` is the length of all lines with their line feeds.
 template <typename WriteLine>
 QString QVLineWriter::write(const QVSongLineList &lines, qsizetype total, WriteLine writeLine)
 {
@@ -58,7 +58,7 @@ qsizetype QVLineWriter::displayLength(const QVSongLineList &lines)
     return totalLength(lines, [](const QVSongLine &line) { return line.displayLength(); });
 }
 
-// Writes the display text at `at`, a place in `text`; a text that is a slice is one of `text` from now on.
+// Writes the display text at `at`, which points into `text`. A line whose text is a slice then slices `text`.
 char16_t *QVLineWriter::writeAndSlice(QVSongLine &line, char16_t *at, const QString &text)
 {
     char16_t *const end = line.writeDisplayText(at);
@@ -66,7 +66,7 @@ char16_t *QVLineWriter::writeAndSlice(QVSongLine &line, char16_t *at, const QStr
         const qsizetype length = line.m_textView.size();
         const qsizetype tagsLength = end - at - length;
         line.setTextSlice(text, {end - (line.m_isProperty ? 1 : 0) - length, length});
-        // A list that the host holds may change unseen, so tags are remembered for the line's own times only.
+        // A shared list can change without notice, so only the tags of the line's own times are kept.
         if (!line.m_isProperty && !line.m_sharedTimes && tagsLength <= std::numeric_limits<quint32>::max())
             line.m_tagsLength = quint32(tagsLength);
     }
@@ -83,10 +83,10 @@ QString QVLineWriter::writeSongText(const QVSongLineList &lines)
                  });
 }
 
-void QVLineWriter::gatherTexts(const QVSongLineList &lines, qsizetype most)
+void QVLineWriter::gatherTexts(const QVSongLineList &lines, qsizetype maxLength)
 {
     const qsizetype total = displayLength(lines);
-    if (total > most)
+    if (total > maxLength)
         return;
     write(lines, total, [](QVSongLine &line, char16_t *at, const QString &text, qsizetype) {
         return writeAndSlice(line, at, text);
@@ -106,10 +106,10 @@ QString QVLineWriter::writeDisplayTexts(const QVSongLineList &lines)
 QString QVLineWriter::writeLineTexts(const QVSongLineList &lines)
 {
     const qsizetype total =
-        totalLength(lines, [](const QVSongLine &line) { return shownText(line.m_textView).size(); });
+        totalLength(lines, [](const QVSongLine &line) { return textOrPlaceholder(line.m_textView).size(); });
     return write(lines, total, [](QVSongLine &line, char16_t *at, const QString &, qsizetype location) {
         line.m_txtRg = {quint64(location), quint64(line.m_textView.size())};
-        return writeText(at, shownText(line.m_textView));
+        return writeText(at, textOrPlaceholder(line.m_textView));
     });
 }
 

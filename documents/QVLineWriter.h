@@ -6,25 +6,25 @@
 
 namespace QVSongLrcPrivate {
 
-/// Writes the lines of a document as one text, a line feed after each, and sets every line's range to its
-/// place there, but for gatherTexts(). The text is measured first and then written once. Absent lines in a
-/// list of the host's write nothing.
+/// Writes the lines of a document into one text, with a line feed after each. Each function but gatherTexts()
+/// sets every line's range to its place in that text. Null pointers in a host's list are skipped.
 class QVLineWriter
 {
 public:
     QVLineWriter() = delete;
 
-    /// The display texts. Lines that slice an older text slice the new one from now on.
+    /// Writes the display texts. Lines whose text is a slice slice the result from now on.
     static QString writeSongText(const QVSongLineList &lines);
 
-    /// Writes the display texts for the lines to slice and for nothing else: their ranges stay. Does nothing
-    /// when the texts take more than \p most code units.
-    static void gatherTexts(const QVSongLineList &lines, qsizetype most);
+    /// Writes the display texts into a text that the lines slice from now on, and leaves their ranges alone.
+    /// Does nothing if the text would be longer than \p maxLength.
+    static void gatherTexts(const QVSongLineList &lines, qsizetype maxLength);
 
-    /// The display texts; the lines keep the text that they slice.
+    /// Writes the display texts. The lines keep the text that they slice.
     static QString writeDisplayTexts(const QVSongLineList &lines);
 
-    /// The bare texts. An absent text has length 0 although "(null)" is written for it.
+    /// Writes the lines' texts without tags. Intended: the range of an absent text has length 0, although
+    /// "(null)" is written.
     static QString writeLineTexts(const QVSongLineList &lines);
 
 private:

@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include <QVSongLrc/QVPreviewSong.h>
 
+#include "LyricReader.h"
+#include "QVLineWriter.h"
 #include "model/OwnedString.h"
 #include "model/QVSongLine_p.h"
 #include "model/TimeText.h"
-#include "LyricReader.h"
-#include "QVLineWriter.h"
 
 #include <algorithm>
 #include <vector>
@@ -15,45 +15,41 @@ using namespace QVSongLrcPrivate;
 
 namespace {
 
-// By play time, which beyond 2^53 ms is coarser than the time, and stable. What is sorted are small keys: the
-// lines themselves lie all over the heap.
+// Sorts by play time, a double, so times above 2^53 ms may count as equal. Lines with equal play times keep
+// their order. It sorts small keys, since following pointers to the lines in every comparison is slow.
 void sortByPlayTime(QVSongLineList &lines)
 {
-    struct Key
-    {
-        double playTime;
-        qsizetype index;
-    };
-    std::vector<Key> keys;
+    std::vector<std::pair<double, qsizetype>> keys; // play time, index
     keys.reserve(std::size_t(lines.size()));
     for (qsizetype i = 0; i < lines.size(); ++i)
-        keys.push_back({lines[i]->playTime(), i});
-    const auto earlier = [](const Key &a, const Key &b) { return a.playTime < b.playTime; };
-    if (std::is_sorted(keys.cbegin(), keys.cend(), earlier))
+        keys.emplace_back(lines[i]->playTime(), i);
+    // Comparing the indexes, too, would allow std::sort(), but is slower on the usual, almost sorted lyric.
+    const auto isEarlier = [](const auto &a, const auto &b) { return a.first < b.first; };
+    if (std::is_sorted(keys.cbegin(), keys.cend(), isEarlier))
         return;
-    std::stable_sort(keys.begin(), keys.end(), earlier);
+    std::stable_sort(keys.begin(), keys.end(), isEarlier);
     QVSongLineList sorted;
     sorted.reserve(lines.size());
-    for (const Key &key : keys)
-        sorted.append(std::move(lines[key.index]));
+    for (const auto &[playTime, index] : keys)
+        sorted.append(std::move(lines[index]));
     lines = std::move(sorted);
 }
 
 } // namespace
 
-QVPreviewSong::QVPreviewSong() = default;
+struct QVPreviewSong::Private
+{
+    std::shared_ptr<QVSongLineList> lines;
+    QString songText;
+    QString tagSongText;
+};
+
+QVPreviewSong::QVPreviewSong()
+    : d(std::make_unique<Private>())
+{
+}
 
 QVPreviewSong::~QVPreviewSong() = default;
-
-void QVPreviewSong::setSongText(const QString &text)
-{
-    m_songText = ownedString(text);
-}
-
-void QVPreviewSong::setTagSongText(const QString &text)
-{
-    m_tagSongText = ownedString(text);
-}
 
 void QVPreviewSong::buildWithLrcText(const QString &text)
 {
@@ -66,13 +62,13 @@ void QVPreviewSong::buildWithLrcText(const QString &text)
         return line;
     };
 
-    struct Stamp
+    struct TimeTag
     {
         qint64 milliseconds;
-        qsizetype end; // of the tag, in the raw line
+        qsizetype end; // in the raw line
     };
-    QVarLengthArray<Stamp, 16> stamps;
-    quint64 offset = 0; // where the line's text would lie if texts alone were written
+    QVarLengthArray<TimeTag, 16> timeTags;
+    quint64 offset = 0; // of the line's text in a text that has no tags and is not yet sorted
     qint64 propertyCount = 0;
     readLyric(
         source,
@@ -86,32 +82,68 @@ void QVPreviewSong::buildWithLrcText(const QString &text)
                 offset += quint64(property.value.size()) + 1;
         },
         [&](QStringView rawLine) {
-            stamps.clear();
+            timeTags.clear();
             qsizetype end = 0;
             while (const auto tag = TagScanner::timeTag(rawLine, end)) {
                 end = tag->end;
-                stamps.append({TimeText::fromTag(rawLine.sliced(tag->begin, end - tag->begin)), end});
+                timeTags.append({TimeText::fromTag(rawLine.sliced(tag->begin, end - tag->begin)), end});
             }
-            const QStringView lineText = stamps.isEmpty() ? QStringView() : rawLine.sliced(end);
-            for (const Stamp &stamp : std::as_const(stamps)) {
-                // Provisional, and as long as what follows the stamp's own tag.
-                appendLine(lineText, stamp.milliseconds).m_txtRg = {offset,
-                                                                    quint64(rawLine.size() - stamp.end)};
+            const QStringView lineText = timeTags.isEmpty() ? QStringView() : rawLine.sliced(end);
+            for (const TimeTag &tag : std::as_const(timeTags)) {
+                // Intended: until the preview is written, the length is that of all that follows the line's
+                // own tag.
+                appendLine(lineText, tag.milliseconds).m_txtRg = {offset, quint64(rawLine.size() - tag.end)};
             }
             offset += quint64(lineText.size()) + 1;
         });
 
     sortByPlayTime(*lines);
-    // Texts that lie together in play order, tags in front, are written the faster. But a line of many tags
-    // repeats its text for each, which can be far more than was read: then the lines go on slicing that.
+    // Writing the preview is faster if the lines' tags and texts are stored in play order. But a text with
+    // many tags is repeated for each of them: if that takes too much memory, the lines keep slicing the
+    // source.
     QVLineWriter::gatherTexts(*lines, 2 * text.size());
     lines->squeeze();
-    m_aryLines = lines;
+    d->lines = lines;
 }
 
 QString QVPreviewSong::previewSongTextWithHasTag(bool hasTag)
 {
-    if (!m_aryLines)
+    if (!d->lines)
         return QStringLiteral("");
-    return hasTag ? QVLineWriter::writeDisplayTexts(*m_aryLines) : QVLineWriter::writeLineTexts(*m_aryLines);
+    return hasTag ? QVLineWriter::writeDisplayTexts(*d->lines) : QVLineWriter::writeLineTexts(*d->lines);
+}
+
+std::shared_ptr<QVSongLineList> QVPreviewSong::aryLines()
+{
+    return d->lines;
+}
+
+std::shared_ptr<const QVSongLineList> QVPreviewSong::aryLines() const
+{
+    return d->lines;
+}
+
+void QVPreviewSong::setAryLines(std::shared_ptr<QVSongLineList> lines)
+{
+    d->lines = std::move(lines);
+}
+
+QString QVPreviewSong::songText() const
+{
+    return d->songText;
+}
+
+void QVPreviewSong::setSongText(const QString &text)
+{
+    d->songText = ownedString(text);
+}
+
+QString QVPreviewSong::tagSongText() const
+{
+    return d->tagSongText;
+}
+
+void QVPreviewSong::setTagSongText(const QString &text)
+{
+    d->tagSongText = ownedString(text);
 }

@@ -10,7 +10,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
 
-/// The input as code units in the machine's order, an odd byte at the end left out.
+/// The input as UTF-16 code units in native byte order. An odd byte at the end is left out.
 inline QString fuzzText(const std::uint8_t *data, std::size_t size)
 {
     QString text(qsizetype(size / sizeof(char16_t)), Qt::Uninitialized);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
-// Both documents read any code units, and what they say of themselves holds.
+// Both documents read any code units. Their ranges match their texts, and previews are sorted.
 
 #include "FuzzText.h"
 
@@ -10,15 +10,16 @@
 
 namespace {
 
-template <typename Shown>
-void requireRanges(const QVSongLineList &lines, const QString &text, Shown shown)
+// Requires that `text` is partOf(line) and a line feed for each line, and that the lines' ranges say where.
+template <typename PartOf>
+void requireRanges(const QVSongLineList &lines, const QString &text, PartOf partOf)
 {
     quint64 at = 0;
     for (const auto &line : lines) {
-        const QString part = shown(*line);
-        require(line->txtRg() == QVTextRange{at, quint64(part.size())});
-        require(QStringView(text).sliced(qsizetype(at)).startsWith(part + u'\n'));
-        at += quint64(part.size()) + 1;
+        const QVTextRange range = line->txtRg();
+        require(range.location == at && range.sliceOf(text) == partOf(*line));
+        at = range.end() + 1;
+        require(QVTextRange{range.end(), 1}.sliceOf(text) == u"\n");
     }
     require(at == quint64(text.size()));
 }

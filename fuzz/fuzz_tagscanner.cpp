@@ -3,8 +3,8 @@
 
 // The tag scanner finds what ICU's regular expressions find, on any code units.
 
-#include "tests/IcuTags.h"
 #include "FuzzText.h"
+#include "tests/IcuTags.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

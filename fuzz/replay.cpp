@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
-// Runs every file of the directories named through the fuzz target that this is linked with.
+// The main function of a fuzz target without libFuzzer: runs it on every file of the directories in its
+// arguments.
 
 #include "FuzzText.h"
 

@@ -6,8 +6,8 @@
 
 namespace QVSongLrcPrivate {
 
-/// \p text, copied when it does not own its characters (a literal, or QString::fromRawData over a buffer of
-/// the caller's that may go first). Absent stays absent.
+/// \p text, or a copy of it if the characters belong to someone who may free them (QString::fromRawData()).
+/// An absent text stays absent.
 inline QString ownedString(const QString &text)
 {
     return text.capacity() < text.size() ? QString(text.constData(), text.size()) : text;

@@ -29,13 +29,13 @@ QVSongLine::~QVSongLine() = default;
 std::shared_ptr<QVSongLine> QVSongLine::emptyLine()
 {
     auto line = std::make_shared<QVSongLine>();
-    line->setText(QStringLiteral(""));
+    line->setLineText(QStringLiteral(""));
     return line;
 }
 
-// A list that is handed out has a life of its own: a pointer into the line would dangle for a line on the
-// stack, and two lines that swap their lists would keep each other alive for ever.
-const std::shared_ptr<QVTimeList> &QVSongLine::sharedTimes() const
+// The list has its own reference count, not the line's: a line may be on the stack, and two lines that
+// swapped their lists would keep each other alive.
+std::shared_ptr<const QVTimeList> QVSongLine::aryTimes() const
 {
     m_tagsLength = 0;
     if (!m_sharedTimes)
@@ -45,12 +45,7 @@ const std::shared_ptr<QVTimeList> &QVSongLine::sharedTimes() const
 
 std::shared_ptr<QVTimeList> QVSongLine::aryTimes()
 {
-    return sharedTimes();
-}
-
-std::shared_ptr<const QVTimeList> QVSongLine::aryTimes() const
-{
-    return sharedTimes();
+    return std::const_pointer_cast<QVTimeList>(std::as_const(*this).aryTimes());
 }
 
 void QVSongLine::setAryTimes(std::shared_ptr<QVTimeList> times)
@@ -73,7 +68,10 @@ QString QVSongLine::lineText() const
 
 void QVSongLine::setLineText(const QString &text)
 {
-    setText(ownedString(text));
+    m_text = ownedString(text);
+    m_textView = m_text;
+    m_textIsSlice = false;
+    m_tagsLength = 0;
 }
 
 double QVSongLine::playTime() const
@@ -101,7 +99,7 @@ QString QVSongLine::displayText() const
 
 bool QVSongLine::isEqual(const QVSongLine *other) const
 {
-    // An absent string equals nothing, which Qt's == does not know.
+    // Qt's == does not distinguish absent from empty, but an absent string equals nothing.
     const auto equal = [](QStringView a, QStringView b) { return !a.isNull() && !b.isNull() && a == b; };
 
     if (!other || m_isProperty != other->m_isProperty)
@@ -123,7 +121,7 @@ QString QVSongLine::description() const
     }
     return QStringLiteral("%1 | {%2, %3} | %4\n")
         .arg(shownTimes, QString::number(m_txtRg.location), QString::number(m_txtRg.length),
-             shownText(m_textView));
+             textOrPlaceholder(m_textView));
 }
 
 void QVSongLine::shiftAllTime(qint64 milliseconds)

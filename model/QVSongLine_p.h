@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// What the documents do with every line, inline since they do it in loops over whole lyrics.
+// Functions that the documents call for every line of a lyric, inline for speed.
 
 #include "TimeText.h"
 
@@ -13,15 +13,16 @@
 
 namespace QVSongLrcPrivate {
 
-/// What stands in a text for an absent string.
-inline QStringView shownText(QStringView text)
+/// \p text, or "(null)" if it is absent.
+inline QStringView textOrPlaceholder(QStringView text)
 {
     return text.isNull() ? QStringView(u"(null)") : text;
 }
 
 inline char16_t *writeText(char16_t *out, QStringView text)
 {
-    // Most texts are short: blocks of 16 bytes, the last one overlapping, cost less than a call.
+    // Most texts are short. Copying them in blocks of 16 bytes, of which the last one overlaps, is faster
+    // than a call.
     const char16_t *const from = text.utf16();
     const qsizetype length = text.size();
     if (length >= 8 && length <= 64) {
@@ -42,7 +43,7 @@ inline const QVTimeList &QVSongLine::times() const
 
 inline QVTimeList &QVSongLine::times()
 {
-    m_tagsLength = 0; // the caller is about to change the times
+    m_tagsLength = 0; // the caller may change the times
     return m_sharedTimes ? *m_sharedTimes : m_ownTimes;
 }
 
@@ -52,15 +53,7 @@ inline qint64 QVSongLine::firstTime() const
     return list.isEmpty() ? 0 : list.front();
 }
 
-inline void QVSongLine::setText(const QString &text)
-{
-    m_text = text;
-    m_textView = m_text;
-    m_textIsSlice = false;
-    m_tagsLength = 0;
-}
-
-/// Lets the text be a part of \p source, which the line keeps.
+/// Makes the text a part of \p source, which the line keeps alive.
 inline void QVSongLine::setTextSlice(const QString &source, QStringView slice)
 {
     m_text = source;
@@ -74,29 +67,29 @@ inline qsizetype QVSongLine::displayLength() const
     using namespace QVSongLrcPrivate;
     if (m_tagsLength > 0)
         return m_tagsLength + m_textView.size();
-    qsizetype length = shownText(m_textView).size();
+    qsizetype length = textOrPlaceholder(m_textView).size();
     if (m_isProperty)
-        return shownText(m_propertyStr).size() + length + 3;
+        return textOrPlaceholder(m_propertyStr).size() + length + 3;
     for (const qint64 time : times())
         length += TimeText::tagLength(time);
     return length;
 }
 
-/// Writes displayText(), displayLength() code units, and answers the place after it.
+/// Writes displayText(), which has displayLength() code units, and returns the end of it.
 inline char16_t *QVSongLine::writeDisplayText(char16_t *out) const
 {
     using namespace QVSongLrcPrivate;
-    if (m_tagsLength > 0) // the tags have been written before, and all is one piece
+    if (m_tagsLength > 0) // tags and text are next to each other in m_text
         return writeText(out, {m_textView.data() - m_tagsLength, m_textView.size() + m_tagsLength});
     if (m_isProperty) {
         *out++ = u'[';
-        out = writeText(out, shownText(m_propertyStr));
+        out = writeText(out, textOrPlaceholder(m_propertyStr));
         *out++ = u':';
-        out = writeText(out, shownText(m_textView));
+        out = writeText(out, textOrPlaceholder(m_textView));
         *out++ = u']';
         return out;
     }
     for (const qint64 time : times())
         out = TimeText::writeTag(out, time);
-    return writeText(out, shownText(m_textView));
+    return writeText(out, textOrPlaceholder(m_textView));
 }

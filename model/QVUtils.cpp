@@ -18,9 +18,8 @@ qint64 QVUtils::getTimeInterval(const QString &timeTag)
 
 QString QVUtils::getTimeIntervalMMSSMSStr(qint64 milliseconds)
 {
-    char16_t tag[TimeText::MaxTagLength];
-    const char16_t *const end = TimeText::writeTag(tag, milliseconds);
-    return QStringView(tag + 1, end - 1).toString();
+    const QString tag = getTimeIntervalPeerStr(milliseconds);
+    return tag.sliced(1, tag.size() - 2);
 }
 
 QString QVUtils::getTimeIntervalPeerStr(qint64 milliseconds)

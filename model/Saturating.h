@@ -6,7 +6,7 @@
 
 #include <limits>
 
-/// 64-bit arithmetic that stops at the limits in place of overflowing.
+/// 64-bit arithmetic whose results stop at the limits instead of overflowing.
 namespace QVSongLrcPrivate::Saturating {
 
 inline constexpr qint64 Max = std::numeric_limits<qint64>::max();
@@ -30,7 +30,7 @@ constexpr qint64 multiply(qint64 a, qint64 b)
     return __builtin_mul_overflow(a, b, &product) ? ((a < 0) == (b < 0) ? Max : Min) : product;
 }
 
-/// \p value, which is a number, cut toward zero.
+/// \p value, which must not be NaN, cut toward zero.
 constexpr qint64 fromDouble(double value)
 {
     constexpr double TwoTo63 = 9223372036854775808.0;

@@ -8,10 +8,10 @@
 namespace QVSongLrcPrivate::TagScanner {
 namespace {
 
-// The steps below take the place after a piece of the pattern's subject and answer the place after the next
-// piece, or null where it does not match. They accept null, so that they chain.
+// Each of these functions matches a piece of a pattern at `at`, and returns the end of the match, or null if
+// there is none. Most return null for a null `at`, so that calls can be nested.
 
-const char16_t *afterDigit(const char16_t *at, const char16_t *end)
+const char16_t *matchDigit(const char16_t *at, const char16_t *end)
 {
     if (!at || at == end)
         return nullptr;
@@ -24,13 +24,13 @@ const char16_t *afterDigit(const char16_t *at, const char16_t *end)
     return u_isdigit(codePoint) ? at : nullptr;
 }
 
-const char16_t *afterUnit(const char16_t *at, const char16_t *end, char16_t unit)
+const char16_t *matchUnit(const char16_t *at, const char16_t *end, char16_t unit)
 {
     return at && at != end && *at == unit ? at + 1 : nullptr;
 }
 
-// ICU's "." takes a surrogate pair, and also CR LF, as one character.
-const char16_t *afterAnyCharacter(const char16_t *at, const char16_t *end)
+// For ICU's ".", a surrogate pair is one character, and so is CR LF.
+const char16_t *matchAnyCharacter(const char16_t *at, const char16_t *end)
 {
     if (!at || at == end)
         return nullptr;
@@ -41,50 +41,51 @@ const char16_t *afterAnyCharacter(const char16_t *at, const char16_t *end)
 }
 
 // ".\d{1,2}\]"
-const char16_t *afterHundredths(const char16_t *at, const char16_t *end)
+const char16_t *matchHundredths(const char16_t *at, const char16_t *end)
 {
-    const char16_t *const one = afterDigit(afterAnyCharacter(at, end), end);
-    const char16_t *const two = afterDigit(one, end);
-    if (const char16_t *const after = afterUnit(two, end, u']'))
+    const char16_t *const one = matchDigit(matchAnyCharacter(at, end), end);
+    const char16_t *const two = matchDigit(one, end);
+    if (const char16_t *const after = matchUnit(two, end, u']'))
         return after;
-    return afterUnit(one, end, u']');
+    return matchUnit(one, end, u']');
 }
 
-// "\d{1,2}:\d{1,2}.\d{1,2}\]", from behind the bracket. Where two digits of seconds lead nowhere the second
-// one may be the "any character": "[1:234]" is a tag.
-const char16_t *afterTimeTag(const char16_t *at, const char16_t *end)
+// "\d{1,2}:\d{1,2}.\d{1,2}\]", after the bracket. If there is no match with two digits of seconds, the second
+// digit may be the "any character": "[1:234]" is a tag.
+const char16_t *matchTimeTag(const char16_t *at, const char16_t *end)
 {
-    const char16_t *minutes = afterDigit(at, end);
+    const char16_t *minutes = matchDigit(at, end);
     if (!minutes)
         return nullptr;
-    if (const char16_t *const two = afterDigit(minutes, end))
+    if (const char16_t *const two = matchDigit(minutes, end))
         minutes = two;
-    const char16_t *const one = afterDigit(afterUnit(minutes, end, u':'), end);
-    const char16_t *const two = afterDigit(one, end);
-    if (const char16_t *const after = afterHundredths(two, end))
+    const char16_t *const one = matchDigit(matchUnit(minutes, end, u':'), end);
+    const char16_t *const two = matchDigit(one, end);
+    if (const char16_t *const after = matchHundredths(two, end))
         return after;
-    return afterHundredths(one, end);
+    return matchHundredths(one, end);
 }
 
-// "[a-z]{1}[a-z]{1}:", from behind the bracket.
-const char16_t *afterPropertyKey(const char16_t *at, const char16_t *end)
+// "[a-z]{1}[a-z]{1}:", after the bracket.
+const char16_t *matchPropertyKey(const char16_t *at, const char16_t *end)
 {
     const auto isLetter = [](char16_t unit) { return unit >= u'a' && unit <= u'z'; };
     if (end - at < 3 || !isLetter(at[0]) || !isLetter(at[1]))
         return nullptr;
-    return afterUnit(at + 2, end, u':');
+    return matchUnit(at + 2, end, u':');
 }
 
-const char16_t *backOverWhiteSpace(const char16_t *at, const char16_t *begin)
+const char16_t *skipWhiteSpaceBackwards(const char16_t *at, const char16_t *begin)
 {
     while (at != begin && isWhiteSpace(at[-1]))
         --at;
     return at;
 }
 
-// The leftmost tag that begins at or after begin: at each bracket, afterBracket tells where a tag ends.
-template <typename AfterBracket>
-std::optional<Match> findTag(QStringView text, qsizetype from, AfterBracket afterBracket)
+// The leftmost tag that begins at or after `from`. matchTag(at, end) matches what follows a tag's opening
+// bracket.
+template <typename MatchTag>
+std::optional<Match> findTag(QStringView text, qsizetype from, MatchTag matchTag)
 {
     const char16_t *const begin = text.utf16() + from;
     const char16_t *const end = text.utf16() + text.size();
@@ -96,8 +97,8 @@ std::optional<Match> findTag(QStringView text, qsizetype from, AfterBracket afte
             at = text.utf16() + bracket;
         }
         const char16_t *const bracket = at++;
-        if (const char16_t *const after = afterBracket(at, end))
-            return Match{backOverWhiteSpace(bracket, begin) - text.utf16(), after - text.utf16()};
+        if (const char16_t *const after = matchTag(at, end))
+            return Match{skipWhiteSpaceBackwards(bracket, begin) - text.utf16(), after - text.utf16()};
     }
     return std::nullopt;
 }
@@ -106,10 +107,10 @@ std::optional<Match> findTag(QStringView text, qsizetype from, AfterBracket afte
 
 std::optional<Match> propertyTag(QStringView text)
 {
-    // The end of every tag is the same. Looked up at the first key, and not before: most lines have none.
+    // Every tag ends at the last "]". It is only looked up once a key is found, since most lines have none.
     std::optional<qsizetype> lastClose;
     return findTag(text, 0, [&](const char16_t *at, const char16_t *end) -> const char16_t * {
-        const char16_t *const value = afterPropertyKey(at, end);
+        const char16_t *const value = matchPropertyKey(at, end);
         if (!value)
             return nullptr;
         if (!lastClose)
@@ -120,7 +121,7 @@ std::optional<Match> propertyTag(QStringView text)
 
 std::optional<Match> timeTag(QStringView text, qsizetype from)
 {
-    return findTag(text, from, afterTimeTag);
+    return findTag(text, from, matchTimeTag);
 }
 
 Property splitProperty(QStringView text)

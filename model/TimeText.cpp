@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <charconv>
 #include <limits>
+#include <utility>
 
 namespace QVSongLrcPrivate::TimeText {
 namespace {
@@ -21,14 +22,8 @@ bool isDigit(char16_t c)
     return c >= u'0' && c <= u'9';
 }
 
-// What a lenient reading of a number begins with: white space skipped, a sign taken.
-struct NumberStart
-{
-    const char16_t *at;
-    bool negative;
-};
-
-NumberStart startOfNumber(QStringView text)
+// Skips white space and a sign. Returns where the digits begin, and whether the sign is "-".
+std::pair<const char16_t *, bool> startOfNumber(QStringView text)
 {
     const char16_t *at = text.utf16();
     const char16_t *const end = at + text.size();
@@ -52,7 +47,7 @@ qint64 leadingInteger(QStringView text)
     return value;
 }
 
-// The double nearest to a decimal number of any length, given as digits with at most one ".".
+// The double nearest to a decimal number of any length, written as digits with at most one ".".
 double nearestDouble(const char16_t *begin, const char16_t *end)
 {
     QVarLengthArray<char, 64> number(end - begin);
@@ -71,7 +66,7 @@ double leadingDouble(QStringView text)
 {
     static constexpr double PowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                              1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-    constexpr qsizetype ExactDigits = 15; // so many digits are exact in a double
+    constexpr qsizetype ExactDigits = 15; // a double holds this many digits exactly
 
     const char16_t *const end = text.utf16() + text.size();
     const auto [begin, negative] = startOfNumber(text);
@@ -91,7 +86,7 @@ double leadingDouble(QStringView text)
     }
     if (whole + fraction == 0)
         return 0;
-    // Both operands are exact in the first case, so the one division rounds to the nearest double.
+    // In the first case both operands are exact, so the division gives the nearest double.
     const double value =
         whole + fraction <= ExactDigits ? double(digits) / PowersOfTen[fraction] : nearestDouble(begin, at);
     return negative ? -value : value;
@@ -118,9 +113,9 @@ qint64 fromTag(QStringView tag)
                            Saturating::multiply(leadingInteger(minutes), MillisecondsPerMinute));
 }
 
-char16_t *writeUnusualTag(char16_t *out, qint64 milliseconds)
+char16_t *writeAnyTag(char16_t *out, qint64 milliseconds)
 {
-    // Division cuts toward zero, so each field of a negative time is negative by itself.
+    // Division cuts toward zero, so every field of a negative time is negative or 0.
     const qint64 rest = milliseconds % MillisecondsPerMinute;
     *out++ = u'[';
     out = writeField(out, milliseconds / MillisecondsPerMinute);

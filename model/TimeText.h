@@ -8,34 +8,35 @@
 #include <array>
 #include <cstring>
 
-/// Times to and from the text of a time tag, "[mm:ss.xx]".
+/// Conversions between times in ms and time tags, "[mm:ss.xx]".
 namespace QVSongLrcPrivate::TimeText {
 
-/// The time of a tag of at least two code units; see QVUtils::getTimeInterval().
+/// See QVUtils::getTimeInterval(). \p tag must have at least two code units.
 qint64 fromTag(QStringView tag);
 
-/// Room for the tag of any 64-bit time.
+/// Enough for the tag of any 64-bit time.
 inline constexpr qsizetype MaxTagLength = 32;
 
-/// Times from 0 up to here, 100 minutes, make a tag of two digits a field.
+/// Times from 0 to below this one, 100 minutes, have two digits in each field.
 inline constexpr qint64 TwoDigitLimit = 6'000'000;
 inline constexpr qsizetype TwoDigitTagLength = 10;
 
-/// Writes the tag of a time outside 0 to TwoDigitLimit and answers the place after it.
-char16_t *writeUnusualTag(char16_t *out, qint64 milliseconds);
+/// Writes the tag of any time and returns the end of it. Slower than writeTag().
+char16_t *writeAnyTag(char16_t *out, qint64 milliseconds);
 
-/// Every two-digit field with what stands around it, so that writing a tag is three copies.
+/// A field for each value from 0 to 99, brackets and separators included, so that writing a tag is three
+/// copies.
 template <std::size_t N>
 using FieldTable = std::array<std::array<char16_t, N>, 100>;
 
 template <std::size_t N>
-consteval FieldTable<N - 1> fieldTable(const char16_t (&form)[N], std::size_t digits)
+consteval FieldTable<N - 1> fieldTable(const char16_t (&form)[N], std::size_t digitsAt)
 {
     FieldTable<N - 1> table{};
     for (std::size_t value = 0; value < table.size(); ++value) {
         std::copy_n(form, N - 1, table[value].begin());
-        table[value][digits] = char16_t(u'0' + value / 10);
-        table[value][digits + 1] = char16_t(u'0' + value % 10);
+        table[value][digitsAt] = char16_t(u'0' + value / 10);
+        table[value][digitsAt + 1] = char16_t(u'0' + value % 10);
     }
     return table;
 }
@@ -44,11 +45,11 @@ inline constexpr auto MinuteFields = fieldTable(u"[mm:", 1);
 inline constexpr auto SecondFields = fieldTable(u"ss", 0);
 inline constexpr auto HundredthFields = fieldTable(u".xx]", 1);
 
-/// Writes the tag of a time and answers the place after it; at most MaxTagLength code units.
+/// Writes the tag of a time, at most MaxTagLength code units, and returns the end of it.
 inline char16_t *writeTag(char16_t *out, qint64 milliseconds)
 {
     if (quint64(milliseconds) >= quint64(TwoDigitLimit))
-        return writeUnusualTag(out, milliseconds);
+        return writeAnyTag(out, milliseconds);
     const quint32 hundredths = quint32(milliseconds) / 10; // the last digit is dropped, not rounded
     const quint32 minutes = hundredths / 6000;
     const quint32 seconds = hundredths / 100;
@@ -58,13 +59,13 @@ inline char16_t *writeTag(char16_t *out, qint64 milliseconds)
     return out + TwoDigitTagLength;
 }
 
-/// The length of what writeTag() writes.
+/// The number of code units that writeTag() writes.
 inline qsizetype tagLength(qint64 milliseconds)
 {
     if (quint64(milliseconds) < quint64(TwoDigitLimit))
         return TwoDigitTagLength;
     char16_t tag[MaxTagLength];
-    return writeUnusualTag(tag, milliseconds) - tag;
+    return writeAnyTag(tag, milliseconds) - tag;
 }
 
 } // namespace QVSongLrcPrivate::TimeText

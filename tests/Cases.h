@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// Tables of cases in tests/data: a JSON object whose members are tables, each an array of rows, each row an
-// array that begins with a name.
+// Test data from tests/data. A file is a JSON object of tables, a table is an array of rows, and a row is an
+// array that begins with the row's name.
 
 #include <QFile>
 #include <QJsonArray>
@@ -11,7 +11,7 @@
 #include <QJsonObject>
 #include <QTest>
 
-/// Adds the rows of a table to the test that runs now, as one column "row".
+/// Adds the rows of a table to the running test, in one column named "row".
 inline void addCases(const char *file, const char *table)
 {
     QFile data(QStringLiteral(CASES "/%1.json").arg(QLatin1StringView(file)));

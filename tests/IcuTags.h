@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// The tags of a text as ICU's own regular expressions find them, to hold the scanner against.
+// The tags of a text as ICU's regular expressions and as the scanner find them, to compare the two.
 
 #include "model/TagScanner.h"
 

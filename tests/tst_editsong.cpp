@@ -27,8 +27,8 @@ std::shared_ptr<QVEditSong> song(const QString &text)
     return document;
 }
 
-// The lines as docs/lrc-format.md tells them.
-QStringList told(const QVEditSong &document)
+// The lines in the notation of docs/lrc-format.md.
+QStringList linesOf(const QVEditSong &document)
 {
     QStringList lines;
     for (const auto &line : *document.aryLines()) {
@@ -43,7 +43,7 @@ QStringList told(const QVEditSong &document)
     return lines;
 }
 
-// The code spans of a cell of a table on that page, what can't be seen put back in place of its pictures.
+// The code spans of a table cell of that page, symbols replaced by the characters that they stand for.
 QStringList codeSpans(QString cell)
 {
     cell.replace(u'␣', u' ').replace(u'␍', u'\r').replace(u'␊', u'\n').replace(u"\\uFEFF"_s, u"\uFEFF"_s);
@@ -53,7 +53,7 @@ QStringList codeSpans(QString cell)
     return found;
 }
 
-// Whether the song text is the display texts, a line feed after each, and the ranges say where they are.
+// Whether the song text is the display texts, each with a line feed, and the ranges are their places in it.
 bool rangesFit(const QVEditSong &document)
 {
     QString text;
@@ -66,7 +66,7 @@ bool rangesFit(const QVEditSong &document)
     return document.songText() == text && !document.songText().isNull();
 }
 
-// Translates the name line of the maker mark.
+// Translates the name in the maker mark.
 struct MarkTranslator : QTranslator
 {
     explicit MarkTranslator(const QString &text)
@@ -98,36 +98,33 @@ private Q_SLOTS:
         QVERIFY(document.aryLines()->isEmpty() && rangesFit(document));
     }
 
-    void readsAsThePageTells_data()
+    void readsAsDocumented_data()
     {
         QFile page(QStringLiteral(PAGE));
         QVERIFY(page.open(QIODevice::ReadOnly));
         QTest::addColumn<QStringList>("cells");
         const QStringList lines = QString::fromUtf8(page.readAll()).split(u'\n');
         QCOMPARE(lines.count(u"| LRC text | lines | written back |"_s), 4);
-        for (const QString &line : lines) {
-            if (line.startsWith(u"| `"))
-                QTest::newRow(qPrintable(line)) << line.split(u'|').sliced(1);
-        }
+        for (const QString &line : lines.filter(QRegularExpression(u"^\\| `"_s)))
+            QTest::newRow(qPrintable(line)) << line.split(u'|').sliced(1);
     }
-    void readsAsThePageTells()
+    void readsAsDocumented()
     {
         QFETCH(const QStringList, cells);
-        QCOMPARE(cells.size(), 4); // the last is what follows the table's edge
+        QCOMPARE(cells.size(), 4); // the last one is what follows the last "|"
         const auto document = song(codeSpans(cells[0]).value(0));
         QVERIFY(rangesFit(*document));
-        QCOMPARE(told(*document), codeSpans(cells[1]));
+        QCOMPARE(linesOf(*document), codeSpans(cells[1]));
         QCOMPARE(QStringList(document->songText()), QStringList(codeSpans(cells[2]).value(0) + u'\n'));
     }
 
-    // What is too odd for the page.
+    // Cases that are too rare for the page.
     void reads_data() { addCases("editsong", "reads"); }
     void reads()
     {
         QFETCH(const QJsonArray, row);
         const auto document = song(row[1].toString());
-        QVERIFY(rangesFit(*document));
-        QCOMPARE(told(*document), strings(row[2]));
+        QCOMPARE(linesOf(*document), strings(row[2]));
         QVERIFY(rangesFit(*document));
         for (const auto &line : *document->aryLines())
             QCOMPARE(line->propertyStr().isNull(), !line->isProperty());
@@ -148,7 +145,7 @@ private Q_SLOTS:
         QCOMPARE(second->txtRg(), (QVTextRange{14, 13}));
     }
 
-    // Lines remember where their tags stand in the song text; no way to change a line may miss that.
+    // A line keeps its written tags until a change. Every function that changes a line must discard them.
     void showsEveryChange()
     {
         const std::pair<std::function<void(QVSongLine &)>, QString> changes[] = {
@@ -203,8 +200,7 @@ private Q_SLOTS:
         const auto document = song(u"a\nb\nc"_s);
         for (const qint64 index : {qint64(-1), qint64(3), Max, Min, qint64(2), qint64(0)})
             document->deleteLineAtIndex(index);
-        QCOMPARE(document->aryLines()->size(), 1);
-        QCOMPARE(document->aryLines()->first()->lineText(), u"b"_s);
+        QCOMPARE(linesOf(*document), QStringList(u"plain: b"_s));
     }
 
     void deletesSets_data() { addCases("editsong", "deletesSets"); }
@@ -243,14 +239,14 @@ private Q_SLOTS:
             text += QString::asprintf("[00:%02d.00]x\n", seconds.toInt());
         const auto document = song(text + row[3].toString());
         const int index = row[4].toInt();
-        QStringList expected = told(*document);
+        QStringList expected = linesOf(*document);
         QCOMPARE(document->insertCopyrightMark(), index >= 0);
         if (index >= 0) {
             expected.insert(index, u"time %1: Maker Tool: Quendle"_s.arg(row[5].toInt() + 300));
             expected.insert(index + 1, u"time %1: https://" MAKER_HOST ""_s.arg(row[5].toInt() + 700));
             QVERIFY(!document->insertCopyrightMark());
         }
-        QCOMPARE(told(*document), expected);
+        QCOMPARE(linesOf(*document), expected);
         QVERIFY(rangesFit(*document));
     }
 
@@ -258,7 +254,7 @@ private Q_SLOTS:
     {
         const auto document = song(u"a\nb"_s);
         document->aryLines()->at(0)->appendTime(Min);
-        document->aryLines()->at(1)->appendTime(Max); // a gap beyond 64 bits
+        document->aryLines()->at(1)->appendTime(Max); // the gap overflows 64 bits
         QVERIFY(document->insertCopyrightMark());
         QCOMPARE(*document->aryLines()->at(1)->aryTimes(), QVTimeList{Min + 300});
     }
@@ -271,19 +267,18 @@ private Q_SLOTS:
         QCOMPARE(document->aryLines()->at(0)->lineText(), u"100% von Quendle, 5% %d"_s);
         QVERIFY(!document->insertCopyrightMark());
 
-        const MarkTranslator nameless(u"nobody"_s); // by which the mark isn't known again
+        const MarkTranslator nameless(u"nobody"_s); // without the name, the mark is not recognised
         QVERIFY(song({})->insertCopyrightMark());
         QVERIFY(song(u"nobody\nhttps://" MAKER_HOST ""_s)->insertCopyrightMark());
     }
 
     void takesListsOfTheHost()
     {
-        // Lines that slice the text of another document, one of them in twice, and an absent one.
+        // Lines that slice another document's text, one of them twice, and a null pointer.
         const auto other = song(u"[ti:x]\n[00:01.00]slice"_s);
         const auto slicing = other->aryLines()->at(1);
         const auto lines = std::make_shared<QVSongLineList>(*other->aryLines());
-        QVEditSong a;
-        QVEditSong b;
+        QVEditSong a, b;
         a.setAryLines(lines);
         b.setAryLines(lines);
         a.insertLine(slicing, 0);
@@ -291,11 +286,10 @@ private Q_SLOTS:
         b.updateSongText();
         QCOMPARE(b.songText(), u"[00:01.00]slice\n[ti:x]\n[00:01.00]slice\n"_s);
         QCOMPARE(slicing->txtRg(), (QVTextRange{23, 15}));
-        QVERIFY(!a.isEqual(&a)); // an absent line equals nothing
+        QVERIFY(!a.isEqual(&a)); // a null line equals nothing
         QVERIFY(a.insertCopyrightMark());
         other->updateSongText();
         QVERIFY(rangesFit(*other));
-
         a.setAryLines(nullptr);
         a.updateSongText();
         QVERIFY(a.aryLines()->isEmpty() && rangesFit(a));

@@ -33,13 +33,14 @@ private Q_SLOTS:
             QCOMPARE(line->aryTimes()->size(), 1);
     }
 
-    // Building takes no more than was read, although the text shows as often as there are tags.
+    // A build keeps one copy of the text, although the preview would repeat it for each tag.
     void sharesTheTextOfManyTags()
     {
         constexpr int Tags = 100'000;
         constexpr int Length = 700'000;
         QVPreviewSong preview;
-        preview.buildWithLrcText(u"[0:1.0]"_s.repeated(Tags) + u"x"_s.repeated(Length)); // 140 GB written out
+        preview.buildWithLrcText(u"[0:1.0]"_s.repeated(Tags)
+                                 + u"x"_s.repeated(Length)); // the preview text would take 140 GB
         QCOMPARE(preview.aryLines()->size(), Tags);
         QCOMPARE(preview.aryLines()->last()->lineText().size(), Length);
     }
@@ -54,8 +55,8 @@ private Q_SLOTS:
             return list.join(u' ');
         };
         preview.buildWithLrcText(u"[ti:Song]\n[ar:]\nplain\n[00:00.01]ab[00:09.00]c\n[00:09.50]d"_s);
-        // Provisional: the offset counts texts alone, a plain line and an empty value counting as empty; the
-        // first of two tags still counts the text up to the line's end.
+        // Intended: before the preview is written, the locations count only texts (a plain line and an empty
+        // value as empty ones), and the length for the first of two tags includes the second tag.
         QCOMPARE(ranges(), u"7+13 0+4 5+0 7+1 9+1"_s);
         preview.previewSongTextWithHasTag(true);
         QCOMPARE(ranges(), u"0+11 12+9 22+5 28+11 40+11"_s);
@@ -63,7 +64,7 @@ private Q_SLOTS:
         QCOMPARE(ranges(), u"0+1 2+4 7+0 8+1 10+1"_s);
     }
 
-    void keepsItsText()
+    void ownsItsText()
     {
         std::u16string buffer = u"[ti:Song]\n[00:01.00]Hello";
         QVPreviewSong preview;

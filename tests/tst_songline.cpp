@@ -12,6 +12,12 @@ using namespace Qt::StringLiterals;
 static_assert(!std::is_convertible_v<const QVSongLine &, QVSongLine>, "lines are not silently copied");
 static_assert(!std::is_copy_assignable_v<QVSongLine>);
 
+static_assert(QVTextRange{2, 3}.end() == 5 && QVTextRange{2, ~0ull}.end() == ~0ull);
+static_assert(QVTextRange{1, 1}.sliceOf(u"abc").size() == 1
+              && QVTextRange{1, 1}.sliceOf(u"abc").front() == u'b');
+static_assert(QVTextRange{2, ~0ull}.sliceOf(u"abc").size() == 1
+              && QVTextRange{~0ull, ~0ull}.sliceOf(u"abc").isEmpty());
+
 namespace {
 
 constexpr qint64 Max = std::numeric_limits<qint64>::max();
@@ -55,7 +61,7 @@ private Q_SLOTS:
         QCOMPARE(empty->playTime(), 0.0);
     }
 
-    void showsItself()
+    void writesItself()
     {
         const auto line = lyricLine({12'340}, u"la %1 la"_s);
         line->setTxtRg({5, 5});
@@ -87,7 +93,7 @@ private Q_SLOTS:
             QVERIFY(!line->isEqual(nullptr));
         }
         const auto artist = propertyLine(u"ar"_s, u"x"_s);
-        artist->appendTime(5); // doesn't count
+        artist->appendTime(5); // is not compared
         QVERIFY(artist->isEqual(propertyLine(u"ar"_s, u"x"_s)));
         for (const auto &absent : {std::make_shared<QVSongLine>(), propertyLine({}, u"x"_s)})
             QVERIFY(!absent->isEqual(absent));
@@ -162,8 +168,8 @@ private Q_SLOTS:
         QCOMPARE(a->aryTimes()->size(), 3);
     }
 
-    // Neither dangling behind a line on the stack, nor lines that keep each other alive by swapped lists.
-    void listsLiveOnTheirOwn()
+    // A list may outlive its line, and lines that swap their lists do not keep each other alive.
+    void listsHaveTheirOwnLifetime()
     {
         std::shared_ptr<QVTimeList> times;
         std::weak_ptr<QVSongLine> watched;

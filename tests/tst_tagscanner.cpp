@@ -19,7 +19,7 @@ QByteArray listed(const TagMatches &matches)
     return list;
 }
 
-// "" when scanner and ICU agree on a text, else what they found.
+// "" if the scanner and ICU find the same tags, else what each of them found.
 QByteArray disagreement(const QString &text)
 {
     const TagMatches property = IcuTags::property().in(text);
@@ -48,7 +48,7 @@ private Q_SLOTS:
         QCOMPARE(disagreement(text), QByteArray());
     }
 
-    // Texts of up to 24 pieces, the pieces such that tags, near-tags and their neighbours come often.
+    // Texts of up to 24 pieces, chosen so that tags and almost-tags are frequent.
     void agreesWithIcuOnRandomText_data() { addCases("tags", "pieces"); }
     void agreesWithIcuOnRandomText()
     {
@@ -67,11 +67,11 @@ private Q_SLOTS:
             withTime += !scannedTimeTags(text).empty();
             withProperty += !scannedPropertyTags(text).empty();
         }
-        // The comparison means nothing unless tags are among the texts.
+        // Without tags in the texts, the comparison would prove nothing.
         QVERIFY(withTime > Texts / 50 && withProperty > Texts / 50);
     }
 
-    // Far from the limit when linear (milliseconds), far beyond it when quadratic (hours).
+    // Linear time takes milliseconds, quadratic time hours.
     void takesLinearTime()
     {
         constexpr int Size = 8'000'000;

@@ -20,25 +20,25 @@ private Q_SLOTS:
         QCOMPARE(QVUtils::getTimeInterval(row[1].toString()), row[2].toInteger());
     }
 
-    void refusesLessThanTwoCharacters()
+    void throwsOnShortTags()
     {
         for (const QString &tag : {QString(), u""_s, u"["_s})
             QVERIFY_THROWS_EXCEPTION(std::out_of_range, QVUtils::getTimeInterval(tag));
     }
 
-    // Meant: 37 of the 6000 seconds texts lose a millisecond.
-    void losesAMillisecondWhereTheProductFallsShort()
+    // Intended: 37 of the 6000 hundredths of a minute read 1 ms low, since seconds are multiplied as doubles.
+    void readsSomeTagsOneMillisecondLow()
     {
-        QStringList losing;
+        QStringList low;
         for (int hundredths = 0; hundredths < 6000; ++hundredths) {
             const QString tag = QString::asprintf("[00:%02d.%02d]", hundredths / 100, hundredths % 100);
-            const qint64 lost = hundredths * 10 - QVUtils::getTimeInterval(tag);
-            QVERIFY2(lost == 0 || lost == 1, qPrintable(tag));
-            if (lost)
-                losing += tag;
+            const qint64 missing = hundredths * 10 - QVUtils::getTimeInterval(tag);
+            QVERIFY2(missing == 0 || missing == 1, qPrintable(tag));
+            if (missing)
+                low += tag;
         }
-        QCOMPARE(losing.size(), 37);
-        QCOMPARE(losing.first(3), (QStringList{u"[00:02.01]"_s, u"[00:02.03]"_s, u"[00:04.02]"_s}));
+        QCOMPARE(low.size(), 37);
+        QCOMPARE(low.first(3), (QStringList{u"[00:02.01]"_s, u"[00:02.03]"_s, u"[00:04.02]"_s}));
     }
 
     void writesTimes_data() { addCases("utils", "writesTimes"); }

@@ -9,48 +9,46 @@
 
 #include <memory>
 
-/// A lyric as it plays: a line for every time tag, in order of play time.
+/// A lyric as it plays: one line for each time tag, in order of play time.
 ///
-/// Reads the same text as QVEditSong by the same rules, except that a line with several time tags becomes as
-/// many lines, that lines without any tag are left out, and that the n-th property of the text, counted from
-/// 0, gets the time n * 1000 + 200 ms. Lines of equal play time keep the order of the text. Use from one
-/// thread at a time.
+/// QVPreviewSong reads LRC text by the rules of QVEditSong::buildWithLrcText(), with these differences: a
+/// line with several time tags becomes one line for each tag; lines without a tag are left out; the n-th
+/// property line, counted from 0, gets the time n * 1000 + 200 ms. Lines with equal play times stay in the
+/// order of the text. The list and the lines are shared with everyone who holds a pointer to them. Previews
+/// cannot be copied. Use a preview and its lines from one thread at a time.
 class QVSONGLRC_CORE_EXPORT QVPreviewSong
 {
 public:
-    /// A preview without lines.
+    /// A preview without a list of lines. Its texts are absent.
     QVPreviewSong();
-    QVPreviewSong(const QVPreviewSong &) = delete;
-    QVPreviewSong &operator=(const QVPreviewSong &) = delete;
     virtual ~QVPreviewSong();
 
-    /// A text of the host's; the preview neither reads nor writes it.
-    QString songText() const { return m_songText; }
-    void setSongText(const QString &text);
-
-    /// A second text of the host's; the preview neither reads nor writes it.
-    QString tagSongText() const { return m_tagSongText; }
-    void setTagSongText(const QString &text);
-
-    /// The lines in play order; null before the first build. The list itself, not a copy.
-    std::shared_ptr<QVSongLineList> aryLines() { return m_aryLines; }
-    std::shared_ptr<const QVSongLineList> aryLines() const { return m_aryLines; }
-
-    /// Makes \p lines itself, not a copy, the preview's list.
-    void setAryLines(std::shared_ptr<QVSongLineList> lines) { m_aryLines = std::move(lines); }
-
-    /// Replaces the lines by those of \p text, in a new list. Their ranges are provisional until
-    /// previewSongTextWithHasTag(). No text fails; an absent one counts as empty.
+    /// Replaces the lines by those of \p text, in a new list. The lines' ranges are provisional until
+    /// previewSongTextWithHasTag() sets them. Every text can be read; an absent one counts as empty.
     void buildWithLrcText(const QString &text);
 
-    /// The lines as a text, a line feed after each: with \p hasTag the time and property tags too, else the
-    /// bare texts. Sets every line's range to its place in that text, line feed excluded. "" before any
-    /// build.
-    /// A line of n tags shows its text n times, which is what time and memory are linear in.
+    /// Writes the lines into a text, with a line feed after each: with time and property tags if \p hasTag,
+    /// else only the lines' texts. Sets every line's range to its place in the returned text, line feed
+    /// excluded. The result is "" if there is no list of lines. Time and memory are linear in the result,
+    /// which repeats a line's text for each of its time tags.
     QString previewSongTextWithHasTag(bool hasTag);
 
+    /// The list of lines in play order; null before the first build. It is the list itself, not a copy.
+    std::shared_ptr<QVSongLineList> aryLines();
+    std::shared_ptr<const QVSongLineList> aryLines() const;
+
+    /// Uses \p lines itself, not a copy, as the list of lines. The pointer may be null.
+    void setAryLines(std::shared_ptr<QVSongLineList> lines);
+
+    /// A text for the host's own use; the preview neither reads nor changes it.
+    QString songText() const;
+    void setSongText(const QString &text);
+
+    /// Another text for the host's own use; the preview neither reads nor changes it.
+    QString tagSongText() const;
+    void setTagSongText(const QString &text);
+
 private:
-    QString m_songText;
-    QString m_tagSongText;
-    std::shared_ptr<QVSongLineList> m_aryLines;
+    struct Private;
+    const std::unique_ptr<Private> d;
 };

@@ -15,91 +15,97 @@ namespace QVSongLrcPrivate {
 class QVLineWriter;
 }
 
-/// Times in ms. Up to three lie inside the list itself; more take an allocation.
+/// Times in ms. The list holds up to three of them without an allocation of its own.
 using QVTimeList = QVarLengthArray<qint64, 3>;
 
-/// One line of a lyric: a lyric line (time tags and the text that is sung) or a property line (a two-letter
-/// key and a value, such as "[ar:Artist]").
+/// One line of a lyric: a lyric line, which has times and a text that is sung ("[00:01.00]words"), or a
+/// property line, which has a two-letter key and a value ("[ar:Artist]").
 ///
-/// Lines have identity: documents and hosts hold them by `std::shared_ptr`, and a change through one
-/// reference shows through all. Use from one thread at a time.
+/// Documents and hosts share lines by `std::shared_ptr`: a change through one pointer shows through all. Use
+/// a line from one thread at a time, const functions included: they may change how the line stores its data.
 ///
-/// A line that a document made holds its text as a slice of the document's text, so a document
-/// makes one allocation a line, and another for a property's key or for more than three times. The line keeps
-/// the text that it slices alive; lineText() turns the slice into a string of the line's own, once.
+/// The text of a line that a document made is a slice of the document's text, which the line keeps alive.
+/// Such a line takes one allocation, and one more each for a property key and for more than three times. The
+/// first call of lineText() copies the slice into a string of the line's own.
+///
+/// The data members are in this header, and their layout is fixed for 1.x, because a pointer to private data
+/// would cost a second allocation for every line of a lyric.
 class QVSONGLRC_CORE_EXPORT QVSongLine
 {
 public:
-    /// A lyric line without times whose text and key are absent. While its text is absent it shows as
-    /// "(null)" and equals no line, itself included.
+    /// A lyric line without times. Its text and key are absent.
     QVSongLine();
 
-    /// A line of its own with the same values, its times in a new list.
+    /// A new line with the same values. Its times are copied into a list of its own.
     explicit QVSongLine(const QVSongLine &other);
     QVSongLine &operator=(const QVSongLine &) = delete;
     ~QVSongLine();
 
-    /// A new lyric line with the text "".
+    /// A new lyric line whose text is "", not absent.
     static std::shared_ptr<QVSongLine> emptyLine();
 
-    /// The line's times in ms: in the order in which they were added, not sorted, duplicates kept. Never
-    /// null. The list is shared: a change to it changes the line, also after the line has gone out of the
-    /// document, and it may outlive the line. The first call moves the times out of the line into the list.
+    /// The line's times in ms, in the order in which they were added: not sorted, duplicates kept. Never
+    /// null. It is the list itself, not a copy: changing it changes the line. It may outlive the line. The
+    /// first call allocates the list.
     std::shared_ptr<QVTimeList> aryTimes();
     std::shared_ptr<const QVTimeList> aryTimes() const;
 
-    /// Makes \p times itself, not a copy, the line's list. An absent list counts as a new empty one.
+    /// Uses \p times itself, not a copy, as the list of times. A null pointer stands for a new empty list.
     void setAryTimes(std::shared_ptr<QVTimeList> times);
 
-    /// A lyric line's text, everything after its time tags, or a property line's value. An absent text, unlike
-    /// an empty one, is written as "(null)".
+    /// A lyric line's text, which follows its time tags, or a property line's value. An absent text is
+    /// written as "(null)".
     QString lineText() const;
     void setLineText(const QString &text);
 
-    /// Where the line lies in its document's text, in UTF-16 code units. Written by the documents; the line
-    /// only keeps it.
+    /// The line's place in the text that its document wrote last, in UTF-16 code units. The documents set it;
+    /// a change of the line leaves it as it is.
     QVTextRange txtRg() const { return m_txtRg; }
     void setTxtRg(QVTextRange range) { m_txtRg = range; }
 
-    /// The first time of the list (not the smallest) in seconds, 0.0 when there is none.
+    /// The first time of the list (not the smallest) in seconds; 0.0 if there is none.
     double playTime() const;
 
-    /// Whether this is a property line. A property line may hold times too; they are not shown.
+    /// Whether this is a property line. It may have times too, which displayText() does not write.
     bool isProperty() const { return m_isProperty; }
     void setIsProperty(bool isProperty);
 
-    /// A property line's two-letter key, without bracket and colon.
+    /// A property line's key, without bracket and colon.
     QString propertyStr() const { return m_propertyStr; }
     void setPropertyStr(const QString &key);
 
-    /// The line as LRC text without a line end: "[key:value]", or the time tags followed by the text.
+    /// The line as LRC text without a line feed: "[key:value]", or the time tags followed by the text.
     QString displayText() const;
 
-    /// Property lines are equal when key and value are, whatever their times; lyric lines when their times,
-    /// in order, and their texts are. Ranges do not count. An absent string or line equals nothing.
+    /// Property lines are equal if their keys and values are equal. Lyric lines are equal if their texts and
+    /// their times, in order, are equal. Ranges are not compared. A null pointer or an absent string equals
+    /// nothing, so a line without a text does not even equal itself.
     bool isEqual(const QVSongLine *other) const;
     bool isEqual(const std::shared_ptr<const QVSongLine> &other) const { return isEqual(other.get()); }
 
-    /// One line of text for debugging, line feed included: times, range and text.
+    /// The times, range and text as a line for debugging, which ends with a line feed.
     QString description() const;
 
-    /// Moves every time of a lyric line by \p milliseconds; what falls below 0 becomes 0, what passes 64
-    /// bits becomes the largest time. A property line stays as it is.
+    /// Adds \p milliseconds to every time of a lyric line. Results are limited to the range from 0 to the
+    /// largest qint64. The times of a property line do not change.
     void shiftAllTime(qint64 milliseconds);
 
-    /// Adds \p milliseconds, as it is, behind the other times.
+    /// Appends a time in ms; any value is allowed.
     void appendTime(qint64 milliseconds);
 
-    /// Gives the line the text that a user typed. A property line that is given a text with a property tag
-    /// in it takes key and value from the text: the part before the first ":" less its first code unit, and
-    /// the part up to the second ":" less its last. Given any other text a property line becomes a lyric
-    /// line. A lyric line takes the text as it is, an absent one too; time tags in it are not read.
+    /// Sets the text that a user typed for this line.
+    ///
+    /// If this is a property line and \p text contains a property tag, key and value are taken from \p text:
+    /// the key is the part before the first ":" without its first code unit, the value is the part between
+    /// the first and the second ":" (or the end) without its last code unit. Otherwise the line becomes, or
+    /// stays, a lyric line with \p text as its text; time tags in \p text are not read. An absent \p text
+    /// stays absent.
     void updateWithText(const QString &text);
 
-    /// Replaces the time at \p atIndex by that of the tag \p timeStr (QVUtils::getTimeInterval()), or
-    /// removes it when \p timeStr is empty. Does nothing when there is no such time.
+    /// Replaces the time at \p atIndex by the time of the tag \p timeStr (see QVUtils::getTimeInterval()), or
+    /// removes it if \p timeStr is empty. Does nothing if there is no such time.
     ///
-    /// \throws std::out_of_range when the time exists and \p timeStr is a single code unit; nothing changes.
+    /// \throws std::out_of_range if the time exists and \p timeStr is a single code unit; nothing changes.
     void updateWithTimeStr(const QString &timeStr, qint64 atIndex);
 
 private:
@@ -109,24 +115,22 @@ private:
 
     const QVTimeList &times() const;
     QVTimeList &times();
-    const std::shared_ptr<QVTimeList> &sharedTimes() const;
     qint64 firstTime() const;
 
-    void setText(const QString &text);
     void setTextSlice(const QString &source, QStringView slice);
 
     qsizetype displayLength() const;
     char16_t *writeDisplayText(char16_t *out) const;
 
-    // What writing a line touches comes first, to lie in as few cache lines as may be.
+    // The members that are read when a line is written come first, so that they share few cache lines.
     bool m_isProperty = false;
     mutable bool m_textIsSlice = false;
-    mutable quint32 m_tagsLength = 0; // so many code units before a slice are the times' tags; 0: not known
-    mutable QStringView m_textView;   // the text, in m_text
+    mutable quint32 m_tagsLength = 0; // length of the time tags right before the slice; 0: not known
+    mutable QStringView m_textView;   // the text, as a part of m_text
     QVTextRange m_txtRg;
     mutable std::shared_ptr<QVTimeList> m_sharedTimes;
-    mutable QVTimeList m_ownTimes; // the times, until a list is handed out or set
-    mutable QString m_text;        // the text, or what the text is a slice of
+    mutable QVTimeList m_ownTimes; // the times while m_sharedTimes is null
+    mutable QString m_text;        // the text, or the document's text that it is a slice of
     QString m_propertyStr;
 };
 

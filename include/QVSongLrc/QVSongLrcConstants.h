@@ -4,11 +4,11 @@
 
 #include <QLatin1StringView>
 
-/// The key of the title in lookup parameters and in search results.
+/// The key of the title in search parameters and search results.
 inline constexpr QLatin1StringView Key_Lyric_Trackname("track");
 
-/// The key of the artist in lookup parameters and in search results.
+/// The key of the artist in search parameters and search results.
 inline constexpr QLatin1StringView Key_Lyric_Artist("artist");
 
-/// The key of the lyric text in a detail answer.
+/// The key of the lyric in the service's reply to a detail request.
 inline constexpr QLatin1StringView Key_Lyric_Lyric("lyric");

@@ -7,6 +7,7 @@
 /// The interface version of the library that the program runs with: 1.0.
 QVSONGLRC_CORE_EXPORT extern const double QVSongLrcVersionNumber;
 
-/// The identification line of the library that the program runs with, zero-terminated, in the form that
-/// `what` looks for: "@(#)PROGRAM:QVSongLrc  PROJECT:", project name, hyphen, project version, line feed.
+/// The identification of the library that the program runs with, in the form that the `what` command looks
+/// for: "@(#)PROGRAM:QVSongLrc  PROJECT:", the project name, a hyphen, the project version and a line feed,
+/// zero-terminated.
 QVSONGLRC_CORE_EXPORT extern const char QVSongLrcVersionString[];

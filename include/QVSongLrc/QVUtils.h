@@ -6,37 +6,38 @@
 
 #include <QString>
 
-/// The grammar of the bracketed tags of LRC text, and the conversions between time tags and times.
+/// Recognises the tags of LRC text, and converts between time tags and times in ms.
 ///
-/// A time tag is "[", one or two digits, ":", one or two digits, any one character, one or two digits, "]":
-/// "[01:02.50]", "[1:2,5]" and "[01:02:03]" are time tags. A property tag is "[", two letters a to z, ":",
-/// anything, and the text's last "]": "[ar:Artist]". Both are found anywhere in a text, and white space in
-/// front of a tag belongs to it.
+/// A time tag is "[", one or two digits, ":", one or two digits, any one character, one or two digits, "]",
+/// such as "[01:02.50]", "[1:2,5]" or "[01:02:03]". A property tag is "[", two letters a to z, ":", and
+/// everything up to the last "]" of the text, such as "[ar:Artist]". A tag may be anywhere in a text, and
+/// includes the white space before it.
 ///
-/// Times are milliseconds from the start of the song. Stateless; callable from any thread. Every operation
-/// takes time linear in its text, whatever the text.
+/// All functions may be called from any thread and take time linear in their text.
 class QVSONGLRC_CORE_EXPORT QVUtils
 {
 public:
     QVUtils() = delete;
 
-    /// The time in ms that a time tag, brackets included, stands for.
+    /// The time of a time tag, in ms. \p timeTag includes the brackets; its first and last code unit are
+    /// ignored, whatever they are.
     ///
-    /// The first and the last character are dropped unseen. The minutes are the number that the part before
-    /// the first ":" begins with, the seconds (with a decimal fraction) the one after the last ":"; without
-    /// a ":" the whole serves as both. White space before a number is skipped, digits are 0 to 9, a part
-    /// that begins with no number counts as 0. Seconds are multiplied in double precision and cut toward
-    /// zero, so "[00:02.03]" is 2029 ms. Results beyond 64 bits saturate.
+    /// The minutes are read from the part before the first ":", the seconds, which may have a decimal
+    /// fraction, from the part after the last ":". Without a ":" both are read from the whole. A part is read
+    /// up to the first character that does not belong to a number; white space before the number is skipped,
+    /// only the digits 0 to 9 count, and a part without a number is 0. The seconds are multiplied by 1000 in
+    /// double precision and cut toward zero, so "[00:02.03]" is 2029 ms. Results beyond the range of qint64
+    /// become the nearest limit.
     ///
-    /// \throws std::out_of_range when \p timeTag has fewer than two code units.
+    /// \throws std::out_of_range if \p timeTag has fewer than two code units.
     static qint64 getTimeInterval(const QString &timeTag);
 
-    /// \p milliseconds as "mm:ss.xx". The last millisecond digit is dropped, minutes of 100 and more take
-    /// the digits they need, and of a negative time each field other than 0 carries the sign: -1500 ms is
+    /// \p milliseconds as "mm:ss.xx". The last millisecond digit is dropped, not rounded. 100 minutes and
+    /// more take more than two digits. In a negative time every field but 0 has a sign: -1500 ms is
     /// "00:-1.-50".
     static QString getTimeIntervalMMSSMSStr(qint64 milliseconds);
 
-    /// \p milliseconds as a time tag, "[mm:ss.xx]", in the form of getTimeIntervalMMSSMSStr().
+    /// \p milliseconds as a time tag: getTimeIntervalMMSSMSStr() in brackets.
     static QString getTimeIntervalPeerStr(qint64 milliseconds);
 
     /// Whether \p text contains a property tag.

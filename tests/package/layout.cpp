@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
-// Programs that were built with an older version have these sizes compiled in. A change takes a new SOVERSION.
+// Programs contain these sizes from when they were compiled. A change needs a new SOVERSION.
 
 #include <QVSongLrc/EncryptionTools.h>
 #include <QVSongLrc/QVSongLrc.h>
@@ -10,8 +10,8 @@
 static_assert(sizeof(QVTextRange) == 16);
 static_assert(sizeof(QVTimeList) == 48);
 static_assert(sizeof(QVSongLine) == 152);
-static_assert(sizeof(QVEditSong) == 72);
-static_assert(sizeof(QVPreviewSong) == 72);
+static_assert(sizeof(QVEditSong) == 16);
+static_assert(sizeof(QVPreviewSong) == 16);
 static_assert(sizeof(QVLyricError) == 56);
 static_assert(sizeof(LyricDataTask) == 8);
 static_assert(sizeof(EncryptionTools) == 8);
