@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
-// Programs that were built with an older version have these sizes compiled in. A change takes a new SOVERSION.
+// Programs built with an older version have these sizes compiled in. A change needs a new SOVERSION.
 
 #include <QVSongLrc/EncryptionTools.h>
 #include <QVSongLrc/QVSongLrc.h>

@@ -12,7 +12,7 @@
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    LyricService::setEndpoint("localhost", 1); // where nobody listens
+    LyricService::setEndpoint("localhost", 1); // nothing listens there
 
     std::optional<QVLyricError> answer;
     ZTLyricRequestModel::initWithReqParams({{"track", "Auld Lang Syne"}})
