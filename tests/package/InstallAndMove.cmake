@@ -4,6 +4,5 @@
 file(REMOVE_RECURSE ${PREFIX} ${PREFIX}.before)
 execute_process(
     COMMAND ${CMAKE_COMMAND} --install ${BINARY_DIR} --prefix ${PREFIX}.before
-    OUTPUT_QUIET
-    COMMAND_ERROR_IS_FATAL ANY)
+    OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
 file(RENAME ${PREFIX}.before ${PREFIX})
