@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
-// Programs built with an older version have these sizes compiled in. A change needs a new SOVERSION.
+// Programs contain these sizes from when they were compiled. A change needs a new SOVERSION.
 
 #include <QVSongLrc/EncryptionTools.h>
 #include <QVSongLrc/QVSongLrc.h>

@@ -12,7 +12,7 @@
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    LyricService::setEndpoint("localhost", 1); // nothing listens there
+    LyricService::setEndpoint("localhost", 1); // where nobody listens
 
     std::optional<QVLyricError> answer;
     ZTLyricRequestModel::initWithReqParams({{"track", "Auld Lang Syne"}})
