@@ -1,10 +1,10 @@
 # SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 # SPDX-License-Identifier: MIT
-# What `cmake --install` puts where, for the libraries: headers, the CMake package and pkg-config files. What a
-# library needs is read off its target, so that target_link_libraries() is the one place that says so.
+# Installs the libraries with their headers, the CMake package and the pkg-config files. The dependencies come from
+# the targets, so only target_link_libraries() lists them.
 include(CMakePackageConfigHelpers)
 
-# The find_dependency() arguments and the pkg-config module of an imported library.
+# Sets the find_dependency() arguments and the pkg-config module of an imported library.
 function(qvsonglrc_dependency library cmake_out module_out)
     if(library MATCHES "^QVSongLrc::(.+)$")
         set(cmake "QVSongLrc${CMAKE_MATCH_1} CONFIG PATHS \${CMAKE_CURRENT_LIST_DIR} NO_DEFAULT_PATH")
@@ -19,7 +19,7 @@ function(qvsonglrc_dependency library cmake_out module_out)
         set(cmake "OpenSSL 3 COMPONENTS Crypto")
         set(module "libcrypto >= 3")
     else()
-        message(FATAL_ERROR "How does an installed library find ${library}?")
+        message(FATAL_ERROR "No find_dependency() arguments and pkg-config module are known for ${library}")
     endif()
     set(${cmake_out} ${cmake} PARENT_SCOPE)
     set(${module_out} ${module} PARENT_SCOPE)
@@ -28,25 +28,21 @@ endfunction()
 # Installs the library QVSongLrc::<component>.
 function(qvsonglrc_install_library component)
     set(target QVSongLrc${component})
-    get_target_property(public ${target} INTERFACE_LINK_LIBRARIES)
-    list(FILTER public EXCLUDE REGEX "LINK_ONLY")
-    get_target_property(all ${target} LINK_LIBRARIES)
+    # A program needs the private dependencies only if it links the library statically.
     get_target_property(type ${target} TYPE)
-
+    if(type STREQUAL STATIC_LIBRARY)
+        get_target_property(libraries ${target} LINK_LIBRARIES)
+    else()
+        get_target_property(libraries ${target} INTERFACE_LINK_LIBRARIES)
+    endif()
     set(dependencies)
     set(requires)
-    set(requires_private)
-    foreach(library IN LISTS all)
+    foreach(library IN LISTS libraries)
         qvsonglrc_dependency(${library} cmake module)
-        if(library IN_LIST public OR type STREQUAL STATIC_LIBRARY)
-            string(APPEND dependencies "find_dependency(${cmake})\n")
-            list(APPEND requires ${module})
-        else()
-            list(APPEND requires_private ${module})
-        endif()
+        string(APPEND dependencies "find_dependency(${cmake})\n")
+        list(APPEND requires ${module})
     endforeach()
     list(JOIN requires ", " requires)
-    list(JOIN requires_private ", " requires_private)
     get_target_property(definitions ${target} INTERFACE_COMPILE_DEFINITIONS)
     set(cflags)
     foreach(definition IN LISTS definitions)
@@ -66,23 +62,23 @@ include(CMakeFindDependencyMacro)
 @dependencies@list(APPEND QVSongLrc_targets ${CMAKE_CURRENT_LIST_DIR}/@target@Targets.cmake)
 ]])
     install(TARGETS ${target} EXPORT ${target}
-        LIBRARY COMPONENT QVSongLrc_Libraries NAMELINK_COMPONENT QVSongLrc_Development
-        ARCHIVE COMPONENT QVSongLrc_Development
-        FILE_SET HEADERS COMPONENT QVSongLrc_Development)
+        LIBRARY COMPONENT ${target} NAMELINK_COMPONENT QVSongLrcDevelopment
+        ARCHIVE COMPONENT QVSongLrcDevelopment
+        FILE_SET HEADERS COMPONENT QVSongLrcDevelopment)
     install(EXPORT ${target}
         FILE ${target}Targets.cmake
         NAMESPACE QVSongLrc::
         DESTINATION ${package_dir}
-        COMPONENT QVSongLrc_Development)
+        COMPONENT QVSongLrcDevelopment)
     install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${target}Config.cmake
         DESTINATION ${package_dir}
-        COMPONENT QVSongLrc_Development)
+        COMPONENT QVSongLrcDevelopment)
     install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${target}.pc
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
-        COMPONENT QVSongLrc_Development)
+        COMPONENT QVSongLrcDevelopment)
 endfunction()
 
-# Installs the libraries of the components named, as far as they are built, and the package that finds them.
+# Installs those of the given components that are built, and the CMake package that finds them.
 function(qvsonglrc_install)
     set(components)
     foreach(component IN LISTS ARGN)
@@ -97,5 +93,5 @@ function(qvsonglrc_install)
         ${CMAKE_CURRENT_BINARY_DIR}/QVSongLrcConfig.cmake
         ${CMAKE_CURRENT_BINARY_DIR}/QVSongLrcConfigVersion.cmake
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/QVSongLrc
-        COMPONENT QVSongLrc_Development)
+        COMPONENT QVSongLrcDevelopment)
 endfunction()

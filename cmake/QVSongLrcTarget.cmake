@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 include(GNUInstallDirs)
 
-# What every target of the project is built with; nothing of it reaches a program that uses the library.
+# Sets what all targets of the project are built with. None of it applies to programs that use the library.
 function(qvsonglrc_target target)
     set_target_properties(${target} PROPERTIES
         CXX_STANDARD 20
@@ -22,16 +22,16 @@ function(qvsonglrc_target target)
         QT_NO_URL_CAST_FROM_STRING
         QT_NO_KEYWORDS
         QT_NO_FOREACH)
-    if(NOT PROJECT_IS_TOP_LEVEL) # a warning of ours is not the host's to mend
+    if(NOT PROJECT_IS_TOP_LEVEL) # our warnings must not fail a host project's build
         set_target_properties(${target} PROPERTIES COMPILE_WARNING_AS_ERROR OFF)
     endif()
-    # clang's sanitizers leave their symbols to the program
+    # With clang only the program contains the sanitizer's runtime, so the libraries have undefined symbols.
     if(NOT (CMAKE_CXX_COMPILER_ID MATCHES "Clang" AND CMAKE_CXX_FLAGS MATCHES "-fsanitize"))
         target_link_options(${target} PRIVATE LINKER:--no-undefined)
     endif()
 endfunction()
 
-# What each of the libraries is, beside that; HEADERS are those that programs include.
+# Sets what the libraries have in common. HEADERS are the public headers.
 function(qvsonglrc_library target)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "HEADERS")
     qvsonglrc_target(${target})
@@ -54,19 +54,37 @@ function(qvsonglrc_library target)
     endif()
 endfunction()
 
-# Gives a library public headers, which lie in include/QVSongLrc.
+# Adds public headers, named relative to include/QVSongLrc.
 function(qvsonglrc_headers target)
     list(TRANSFORM ARGN PREPEND ${PROJECT_SOURCE_DIR}/include/QVSongLrc/ OUTPUT_VARIABLE headers)
     target_sources(${target} PUBLIC
         FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}/include FILES ${headers})
 endfunction()
 
-# Installs programs, which find the libraries wherever the prefix is moved to.
+# Sets what the programs have in common, and installs a program with its manual page and its completions.
 function(qvsonglrc_program target)
     qvsonglrc_target(${target})
+    # Relative, so that an installed folder can be moved.
     file(RELATIVE_PATH libdir ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
     set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/${libdir}")
-    if(QVSONGLRC_INSTALL)
-        install(TARGETS ${target} RUNTIME COMPONENT QVSongLrc_Programs)
+    if(NOT QVSONGLRC_INSTALL)
+        return()
     endif()
+    set(completions ${PROJECT_SOURCE_DIR}/packaging/completions)
+    install(TARGETS ${target} RUNTIME COMPONENT ${target})
+    install(FILES ${PROJECT_SOURCE_DIR}/docs/man/${target}.1
+        DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
+        COMPONENT ${target})
+    install(FILES ${completions}/${target}.bash
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+        RENAME ${target}
+        COMPONENT ${target})
+    # Debian has a folder of its own for the zsh completions that packages install.
+    set(functions site-functions)
+    if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+        set(functions vendor-completions)
+    endif()
+    install(FILES ${completions}/_${target}
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/${functions}
+        COMPONENT ${target})
 endfunction()

@@ -1,8 +1,8 @@
 # SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 # SPDX-License-Identifier: MIT
-# Examples of the pages, compiled and run as they stand there.
+# Compiles and runs the examples in the documentation.
 
-# Sets VARIABLE to the first block of code in LANGUAGE below HEADING of PAGE; to nothing where there is none.
+# Sets `variable` to the first code block in `language` below `heading` of `page`, or to nothing if there is none.
 function(qvsonglrc_block page heading language variable)
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${page})
     file(READ ${PROJECT_SOURCE_DIR}/${page} text)
@@ -11,7 +11,7 @@ function(qvsonglrc_block page heading language variable)
         message(FATAL_ERROR "${page} has no heading ${heading}")
     endif()
     string(SUBSTRING "${text}" ${start} -1 text)
-    string(FIND "${text}" "\n## " end REVERSE) # of all that follow, the first is looked for
+    string(FIND "${text}" "\n## " end REVERSE) # cut off each later section
     while(end GREATER 0)
         string(SUBSTRING "${text}" 0 ${end} text)
         string(FIND "${text}" "\n## " end REVERSE)
@@ -28,9 +28,9 @@ function(qvsonglrc_block page heading language variable)
     set(${variable} "${block}" PARENT_SCOPE)
 endfunction()
 
-# Adds the test NAME: the shell commands below HEADING of PAGE print the text below them. They run where `samples` is,
-# and where `lyrics` is the program below the same heading, linked with the libraries named. Without commands the
-# program is run.
+# Adds the test `name`: the `sh` block below `heading` of `page` must print the `text` block. If there is a `cpp` block,
+# it is built as the program `lyrics`, linked with the libraries in ARGN. Without an `sh` block the program is run. The
+# commands find the folder `samples` in the current folder.
 function(qvsonglrc_example name page heading)
     qvsonglrc_block(${page} "${heading}" cpp program)
     qvsonglrc_block(${page} "${heading}" sh commands)

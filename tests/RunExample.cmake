@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 # SPDX-License-Identifier: MIT
-# Runs FOLDER/commands.sh, with the program in FOLDER, and fails unless it prints what FOLDER/expected.txt holds.
+# Runs FOLDER/commands.sh with FOLDER in PATH, and fails unless it prints the contents of FOLDER/expected.txt.
 set(place ${FOLDER}/run)
 file(REMOVE_RECURSE ${place})
 file(MAKE_DIRECTORY ${place})

@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 # SPDX-License-Identifier: MIT
-# CPack gives a package of libraries maintainer scripts that call ldconfig. Debian has a trigger for that, which
-# runs once however many packages are installed, so the scripts that are that call alone give way to it.
+# CPack runs this on the finished packages. It gives a package with a shared library maintainer scripts that call
+# ldconfig. This replaces them with Debian's trigger, which runs ldconfig once for all packages of an installation.
 foreach(package IN LISTS CPACK_PACKAGE_FILES)
     set(tree ${package}.tree)
     execute_process(COMMAND dpkg-deb --raw-extract ${package} ${tree} COMMAND_ERROR_IS_FATAL ANY)

@@ -2,7 +2,7 @@
 # SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 # SPDX-License-Identifier: MIT
 # usage: pkg-config.sh COMPILER PKG_CONFIG_FOLDER BUILD_FOLDER
-# Builds and runs a program with each of the libraries, by what pkg-config says.
+# Builds a program for each library with the flags from pkg-config, and runs it.
 set -eu
 compiler=$1
 export PKG_CONFIG_PATH="$2"

@@ -6,7 +6,7 @@
 
 int main()
 {
-    // Plain literals make strings here: the library's own strict macros do not reach its users.
+    // Plain literals convert to QString: the library's own strict Qt macros don't apply to its users.
     QVEditSong song;
     song.buildWithLrcText("[00:01.00]words\n");
     song.aryLines()->front()->shiftAllTime(500);

@@ -10,7 +10,7 @@ int main(int argc, char **argv)
 {
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
     const QApplication application(argc, argv);
-    // The library's texts came along with it.
+    // The library contains its translations.
     if (QCoreApplication::translate("Localized", "Found no lyric") == "Found no lyric")
         return 2;
     bool wasOpen = false;
