@@ -23,6 +23,12 @@ constexpr QStringView MakerName = u"Quendle";
 constexpr QStringView MakerHost = u"" QVSONGLRC_MAKER_HOST;
 constexpr QStringView MakerAddress = u"https://" QVSONGLRC_MAKER_HOST;
 
+// Both lines of the mark are format strings without arguments, so "%%" stands for "%".
+QString formatted(QString text)
+{
+    return text.replace(QLatin1StringView("%%"), QLatin1StringView("%"));
+}
+
 std::shared_ptr<QVSongLine> timedLine(qint64 milliseconds, const QString &text)
 {
     auto line = std::make_shared<QVSongLine>();
@@ -168,10 +174,10 @@ bool QVEditSong::insertCopyrightMark()
         return false;
 
     // Translations are format strings without arguments: "%%" stands for "%", any other "%" for itself.
-    const QString name = QCoreApplication::translate("QVEditSong", "Maker Tool: Quendle")
-                             .replace(QLatin1StringView("%%"), QLatin1StringView("%"));
+    const QString name = formatted(QCoreApplication::translate("QVEditSong", "Maker Tool: Quendle"));
     d->lines->insert(anchor + 1, timedLine(Saturating::add(anchorTime, 300), name));
-    d->lines->insert(anchor + 2, timedLine(Saturating::add(anchorTime, 700), MakerAddress.toString()));
+    d->lines->insert(anchor + 2,
+                     timedLine(Saturating::add(anchorTime, 700), formatted(MakerAddress.toString())));
     updateSongText();
     return true;
 }
