@@ -20,11 +20,7 @@ namespace {
 class Texts final : public QTranslator
 {
 public:
-    explicit Texts(QObject *application)
-        : QTranslator(application)
-    {
-        followUsersLanguage();
-    }
+    using QTranslator::QTranslator;
 
     void followUsersLanguage();
 
@@ -63,6 +59,7 @@ void install()
 {
     addFiles();
     theTexts = new Texts(QCoreApplication::instance());
+    theTexts->followUsersLanguage();
     QObject::connect(theTexts, &QObject::destroyed, [] { theTexts = nullptr; });
     QCoreApplication::installTranslator(theTexts);
 }
