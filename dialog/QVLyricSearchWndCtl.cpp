@@ -42,8 +42,8 @@ QObject *applicationEnd()
 
 bool isRepeatedEnter(const QEvent *event)
 {
-    const auto *const key = static_cast<const QKeyEvent *>(event);
-    return event->type() == QEvent::KeyPress && key->isAutoRepeat()
+    const auto *const key = dynamic_cast<const QKeyEvent *>(event);
+    return key && key->type() == QEvent::KeyPress && key->isAutoRepeat()
         && (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter);
 }
 

@@ -16,9 +16,9 @@ class QWidget;
 
 /// A modal dialog in which the user searches the lyric service for a song and downloads its lyric.
 ///
-/// Needs a QApplication. Call every function from its main thread. LyricService sets the service's address. The
-/// dialog speaks the first of the user's languages, as QLocale() lists them, that it has translations for, and
-/// otherwise English.
+/// Needs a QApplication. Call every function from its main thread. QVLyricService sets the service's address.
+/// The texts are in the first of the user's languages, as QLocale() lists them, that the library has
+/// translations for, otherwise in English.
 ///
 /// The controller owns the window. The host and every outstanding request share the controller, so the host may
 /// drop it at any time. Closing the dialog does not cancel requests. The window is deleted with the controller,
@@ -35,13 +35,13 @@ public:
     /// had no text.
     using CompletionCallback = std::function<void(const QString &lyric)>;
 
-    /// Opens the dialog over \p parent and returns when it has closed. Starts a search for \p track by \p artist
-    /// at once, unless both are empty.
+    /// Opens the dialog over \p parent, which may be null, and runs an event loop until it has closed. Starts a
+    /// search for \p track by \p artist at once, unless both are empty.
     ///
-    /// Calls \p completion exactly once for every download that the user has started, from the event loop,
-    /// before the dialog closes. If the user closes the dialog during a download, \p completion is called after
-    /// this function has returned. The user may start several downloads. Downloads outstanding when the
-    /// application object is destroyed are dropped. The completion may do anything, such as opening another
+    /// Calls \p completion from the event loop, exactly once for every download that the user starts. The first
+    /// download that ends closes the dialog after its completion has run. For downloads that end after the
+    /// dialog has closed, \p completion is called after this function has returned. Downloads outstanding when
+    /// the application object is destroyed are dropped. The completion may do anything, such as opening another
     /// dialog or quitting the application. Without one, lyrics are dropped.
     static std::shared_ptr<QVLyricSearchWndCtl> popUp(const QString &track, const QString &artist,
                                                       CompletionCallback completion,

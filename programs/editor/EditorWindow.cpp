@@ -60,7 +60,7 @@ EditorWindow::EditorWindow()
 
 EditorWindow::~EditorWindow()
 {
-    // The views use m_song, so delete them first. The dying undo stack's signals must not reach this window.
+    // The views use m_song, so delete them first. The undo stack's last signals must not reach this window.
     m_song.undoStack().disconnect(this);
     delete takeCentralWidget();
 }
