@@ -6,7 +6,7 @@
 
 namespace QVSongLrcPrivate {
 
-/// Shows each text in its own direction, and its tooltip where the cell is too narrow for it.
+/// Lays out each text in its own direction, and shows its tooltip only if the cell is too narrow for it.
 class LyricCellDelegate final : public QStyledItemDelegate
 {
     Q_OBJECT

@@ -16,7 +16,7 @@ namespace QVSongLrcPrivate {
 
 namespace {
 
-/// In UTF-16 code units; more than fits any cell, and little enough to be laid out in no time.
+/// In UTF-16 code units: more than fits any cell, and few enough to lay out quickly.
 constexpr qsizetype LongestShown = 1000;
 
 } // namespace
@@ -49,9 +49,9 @@ QVariant LyricResultsModel::data(const QModelIndex &index, int role) const
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
         return {};
     switch (role) {
-    case Qt::DisplayRole: // in one line
+    case Qt::DisplayRole: // one line
         return text(index.row(), index.column()).left(LongestShown).replace(u'\n', u' ');
-    case Qt::ToolTipRole: // escaped, since a service's text is no markup, and a paragraph, so that it wraps
+    case Qt::ToolTipRole: // escaped, since the text is not markup; a paragraph, so that it wraps
         return QLatin1StringView("<p>%1</p>")
             .arg(text(index.row(), index.column()).left(LongestShown).toHtmlEscaped());
     default:

@@ -8,7 +8,7 @@
 
 namespace QVSongLrcPrivate {
 
-/// The candidates of a search as a table of titles and artists. A row is the candidate's place in the list.
+/// The candidates of a search as a table of titles and artists. A row is an index into the list.
 class LyricResultsModel final : public QAbstractTableModel
 {
     Q_OBJECT
@@ -19,7 +19,7 @@ public:
     QList<QJsonObject> results() const { return m_results; }
     bool isEmpty() const { return m_results.isEmpty(); }
 
-    /// Takes the place of the rows that there were.
+    /// Replaces all rows.
     void setResults(const QList<QJsonObject> &results);
 
     int rowCount(const QModelIndex &parent = {}) const override;
@@ -27,9 +27,8 @@ public:
     QVariant data(const QModelIndex &index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
-    /// Sorts the list itself, by the user's language. What the column holds alike stays in order, so that the
-    /// columns sorted by before break ties. To a view the cells change and the rows stay, and so does what is
-    /// selected in it.
+    /// Sorts the list itself, by the rules of the default locale's language. The sort is stable, so columns
+    /// sorted by before break ties. Views see changed cells, not moved rows, and keep their selected row number.
     void sort(int column, Qt::SortOrder order) override;
 
 private:

@@ -12,7 +12,7 @@ namespace QVSongLrcPrivate {
 namespace {
 
 constexpr int FirstColumn = 0;
-constexpr double FirstColumnsShare = 0.6; // until the user sets another
+constexpr double FirstColumnsShare = 0.6; // until the user drags the header
 
 } // namespace
 
@@ -27,9 +27,9 @@ LyricResultsTable::LyricResultsTable(QWidget *parent)
 void LyricResultsTable::setModel(QAbstractItemModel *model)
 {
     QTableView::setModel(model);
-    showNoOrder();
+    clearSortIndicator();
     setSortingEnabled(true);
-    connect(model, &QAbstractItemModel::modelReset, this, &LyricResultsTable::showNoOrder);
+    connect(model, &QAbstractItemModel::modelReset, this, &LyricResultsTable::clearSortIndicator);
 }
 
 qint64 LyricResultsTable::selectedRow() const
@@ -40,7 +40,7 @@ qint64 LyricResultsTable::selectedRow() const
 
 void LyricResultsTable::mouseDoubleClickEvent(QMouseEvent *event)
 {
-    if (event->button() == Qt::LeftButton) // others are no double click to the user
+    if (event->button() == Qt::LeftButton) // QTableView accepts any button
         QTableView::mouseDoubleClickEvent(event);
 }
 
@@ -49,12 +49,12 @@ void LyricResultsTable::resizeEvent(QResizeEvent *event)
     const double share =
         m_fittedWidth > 0 ? double(columnWidth(FirstColumn)) / m_fittedWidth : FirstColumnsShare;
     m_fittedWidth = viewport()->width();
-    setColumnWidth(FirstColumn, qRound(share * m_fittedWidth)); // the last one takes the rest
+    setColumnWidth(FirstColumn, qRound(share * m_fittedWidth)); // the last column takes the rest
     QTableView::resizeEvent(event);
 }
 
-/// New results come in the service's order.
-void LyricResultsTable::showNoOrder()
+/// New results are in the service's order.
+void LyricResultsTable::clearSortIndicator()
 {
     horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
 }

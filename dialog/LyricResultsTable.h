@@ -6,7 +6,7 @@
 
 namespace QVSongLrcPrivate {
 
-/// Shows the candidates. Its columns fill its width and keep their shares of it; a click on a header sorts.
+/// The table of candidates. Its columns fill its width in constant proportions; a click on a header sorts.
 class LyricResultsTable final : public QTableView
 {
     Q_OBJECT
@@ -16,7 +16,7 @@ public:
 
     void setModel(QAbstractItemModel *model) override;
 
-    /// -1 when there is none.
+    /// -1 when no row is selected.
     qint64 selectedRow() const;
 
 protected:
@@ -24,9 +24,9 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    void showNoOrder();
+    void clearSortIndicator();
 
-    int m_fittedWidth = 0; // of the viewport
+    int m_fittedWidth = 0; // the viewport's width at the last resize
 };
 
 } // namespace QVSongLrcPrivate

@@ -9,8 +9,8 @@ namespace QVSongLrcPrivate {
 
 namespace {
 
-/// A notification, whose showing is what screen readers speak. They pass over a label that takes another text
-/// while the focus is elsewhere, and Qt's bridge on Linux drops alerts.
+/// Has the role of a notification, which screen readers announce when it is shown. They ignore a text change in
+/// a label without the focus, and Qt's bridge on Linux drops alerts.
 class StateInterface final : public QAccessibleWidget
 {
 public:
@@ -37,10 +37,10 @@ QAccessibleInterface *makeInterface(const QString &, QObject *object)
 LyricStateLabel::LyricStateLabel(QWidget *parent)
     : QLabel(parent)
 {
-    QAccessible::installFactory(makeInterface); // once only, however often
+    QAccessible::installFactory(makeInterface); // has no effect the second time
 }
 
-void LyricStateLabel::say(const QString &text)
+void LyricStateLabel::announce(const QString &text)
 {
     if (text == this->text())
         return;

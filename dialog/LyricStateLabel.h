@@ -6,7 +6,7 @@
 
 namespace QVSongLrcPrivate {
 
-/// A status line that screen readers speak when it changes, wherever the focus is.
+/// A status line that screen readers announce when it changes, wherever the focus is.
 class LyricStateLabel final : public QLabel
 {
     Q_OBJECT
@@ -14,8 +14,8 @@ class LyricStateLabel final : public QLabel
 public:
     explicit LyricStateLabel(QWidget *parent = nullptr);
 
-    /// Shows \p text, and has it spoken if it is to be seen.
-    void say(const QString &text);
+    /// Shows \p text, and has screen readers announce it if the label is visible.
+    void announce(const QString &text);
 };
 
 } // namespace QVSongLrcPrivate

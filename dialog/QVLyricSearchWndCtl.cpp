@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include <QVSongLrc/QVLyricSearchWndCtl.h>
 
-#include "lookup/SafeModel.h"
 #include "LyricResultsModel.h"
 #include "Translations.h"
+#include "lookup/SafeModel.h"
 #include "ui_QVLyricSearchWndCtl.h"
 
 #include <QVSongLrc/QVSongLrcConstants.h>
@@ -14,20 +14,22 @@
 #include <QDialog>
 #include <QEventLoop>
 #include <QKeyEvent>
+#include <QLoggingCategory>
+#include <QPointer>
 #include <QTimer>
 
 #include <chrono>
 #include <limits>
 #include <optional>
+#include <stdexcept>
 
 using namespace QVSongLrcPrivate;
 
 namespace {
 
-/// What a table says that marks a selection by "not found"; QTableView and this one say -1.
-constexpr qint64 NotFound = std::numeric_limits<qint64>::max();
+Q_LOGGING_CATEGORY(dialogLog, "qvsonglrc.dialog")
 
-/// Is destroyed shortly before the application object is, which no window may outlive.
+/// An object that is destroyed just before the application object. No window may live longer.
 QObject *applicationEnd()
 {
     static QPointer<QObject> end;
@@ -38,15 +40,211 @@ QObject *applicationEnd()
     return end.data();
 }
 
-bool isHeldEnter(const QEvent *event)
+bool isRepeatedEnter(const QEvent *event)
 {
-    if (event->type() != QEvent::KeyPress)
-        return false;
-    const auto *const press = static_cast<const QKeyEvent *>(event);
-    return press->isAutoRepeat() && (press->key() == Qt::Key_Return || press->key() == Qt::Key_Enter);
+    const auto *const key = dynamic_cast<const QKeyEvent *>(event);
+    return key && key->type() == QEvent::KeyPress && key->isAutoRepeat()
+        && (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter);
 }
 
 } // namespace
+
+/// The controller's data and steps.
+class QVLyricSearchWndCtl::Private final : public QObject
+{
+public:
+    Private(QVLyricSearchWndCtl &controller, QWidget *parent)
+        : m_controller(controller)
+        , m_window(new QDialog(parent))
+    {
+        Translations::followUsersLanguage();
+        m_ui.setupUi(m_window);
+        // The dialog may be the host's only window; closing it must not quit the application.
+        m_window->setAttribute(Qt::WA_QuitOnClose, false);
+        connect(applicationEnd(), &QObject::destroyed, m_window,
+                [window = m_window.get()] { delete window; });
+    }
+
+    ~Private() override { delete m_window; }
+
+    void windowDidLoad()
+    {
+        QSizePolicy policy = m_ui.loadingIndicater->sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        m_ui.loadingIndicater->setSizePolicy(policy);
+        m_ui.tableView->setModel(&m_results);
+
+        m_window->installEventFilter(this);
+        m_ui.btnDownload->installEventFilter(this);
+        // Enter searches in the name fields and downloads in the table; the default button shows which.
+        connect(qApp, &QApplication::focusChanged, m_window, [this](QWidget *, QWidget *now) {
+            if (now == m_ui.lblTrackName || now == m_ui.lblArtistName)
+                m_ui.btnSearch->setDefault(true);
+            else if (now == m_ui.tableView)
+                m_ui.btnDownload->setDefault(true);
+        });
+        connect(m_ui.tableView, &QTableView::doubleClicked, this, &Private::tableDoubleClick);
+        connect(m_ui.lblTrackName, &QLineEdit::textChanged, this, &Private::controlTextDidChange);
+        connect(m_ui.lblArtistName, &QLineEdit::textChanged, this, &Private::controlTextDidChange);
+        connect(m_ui.btnSearch, &QPushButton::clicked, this, &Private::searchClick);
+        connect(m_ui.btnDownload, &QPushButton::clicked, this, &Private::downloadClick);
+        connect(m_ui.btnCancel, &QPushButton::clicked, this, &Private::cancelClick);
+    }
+
+    void setTrack(const QString &track, const QString &artist)
+    {
+        m_ui.lblTrackName->setText(track);
+        m_ui.lblArtistName->setText(artist);
+        refreshBtnsState();
+        searchClick();
+    }
+
+    void runModal()
+    {
+        QEventLoop run;
+        m_modalRun = &run; // cppcheck-suppress danglingLifetime ; it is a QPointer
+        m_window->show();
+        run.exec(QEventLoop::DialogExec);
+        closeWindow(); // still open if QCoreApplication::exit() ended the loop
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        // Ignore auto-repeated Enter: it would start download after download, since the table gets the focus.
+        if (isRepeatedEnter(event))
+            return true;
+        if (event->type() == QEvent::Hide && watched == m_window && !event->spontaneous())
+            windowWillClose();
+        return QObject::eventFilter(watched, event);
+    }
+
+    void setIsSearching(bool isSearching)
+    {
+        m_isSearching = isSearching;
+        refreshBtnsState();
+    }
+
+    void refreshBtnsState()
+    {
+        if (!m_window)
+            return;
+        const bool hasNames = !m_ui.lblTrackName->text().isEmpty() || !m_ui.lblArtistName->text().isEmpty();
+        m_ui.btnSearch->setEnabled(hasNames && !m_isSearching);
+        m_ui.loadingIndicater->setVisible(m_isSearching);
+        if (m_isSearching)
+            setSearchState(m_results.isEmpty() ? QCoreApplication::translate("Localized", "Searching...")
+                                               : QCoreApplication::translate("Localized", "Downloading..."));
+        // Also enabled during a download: the user may start a second one.
+        m_ui.btnDownload->setEnabled(!m_results.isEmpty());
+    }
+
+    void setSearchState(const QString &text)
+    {
+        if (m_window)
+            m_ui.lblSearchState->announce(text);
+    }
+
+    QJsonObject reqParams() const
+    {
+        return {{Key_Lyric_Artist, m_ui.lblArtistName->text()},
+                {Key_Lyric_Trackname, m_ui.lblTrackName->text()}};
+    }
+
+    void searchClick()
+    {
+        m_results.setResults({});
+        if (m_ui.lblArtistName->text().isEmpty() && m_ui.lblTrackName->text().isEmpty())
+            return;
+        const auto model = ZTLyricRequestModel::initWithReqParams(reqParams());
+        setIsSearching(true);
+        model->requestListWithCompletion([this, controller = m_controller.shared_from_this()](
+                                             const std::optional<QVLyricError> &error,
+                                             const QList<QJsonObject> &results, qint64 bestIndex) {
+            if (error)
+                setSearchState(error->localizedDescription);
+            m_results.setResults(results);
+            // Also replaces an error's text. This is meant.
+            setSearchState(QCoreApplication::translate("Localized", "Found %@ results")
+                               .replace(QLatin1StringView("%@"), QString::number(results.size())));
+            selectRow(bestIndex);
+            setIsSearching(false);
+        });
+    }
+
+    void selectRow(qint64 row)
+    {
+        constexpr std::chrono::milliseconds Delay(100);
+        QTimer::singleShot(Delay, this, [this, controller = m_controller.shared_from_this(), row] {
+            if (!m_window)
+                return;
+            if (row >= 0 && row < m_results.rowCount()) {
+                m_ui.tableView->scrollTo(m_results.index(int(row), 0));
+                m_ui.tableView->selectRow(int(row));
+            }
+            m_ui.tableView->setFocus();
+        });
+    }
+
+    void downloadClick()
+    {
+        const qint64 row = m_ui.tableView->selectedRow();
+        const QList<QJsonObject> results = m_results.results();
+        if (row < 0 || row >= results.size())
+            return;
+        const QString link = stringForKeySafeModel(results[row], QLatin1StringView("link"));
+        if (link.isEmpty())
+            qCWarning(dialogLog, "[LYRIC] no link to load");
+        else
+            requestDetail(link);
+    }
+
+    void requestDetail(const QString &link)
+    {
+        const auto model = ZTLyricRequestModel::initWithReqParams(reqParams());
+        setIsSearching(true);
+        model->requestDetail(
+            link,
+            [this, controller = m_controller.shared_from_this()](const std::optional<QVLyricError> &error,
+                                                                 const QString &lyric) {
+                setIsSearching(false);
+                if (error)
+                    setSearchState(error->localizedDescription);
+                if (const CompletionCallback call = m_completionCB) // a copy: it may set another
+                    call(lyric);
+                closeWindow();
+            });
+    }
+
+    void tableDoubleClick()
+    {
+        // Always true, since "no selection" is -1; downloadClick() checks the row. This is meant.
+        if (m_ui.tableView->selectedRow() != std::numeric_limits<qint64>::max())
+            downloadClick();
+    }
+
+    void cancelClick() { closeWindow(); }
+    void closeWindow()
+    {
+        if (m_window)
+            m_window->close();
+    }
+
+    void windowWillClose()
+    {
+        if (m_modalRun)
+            m_modalRun->exit();
+    }
+
+    void controlTextDidChange() { refreshBtnsState(); }
+
+    QVLyricSearchWndCtl &m_controller;
+    LyricResultsModel m_results;    // outlives the window, which shows it
+    Ui::QVLyricSearchWndCtl m_ui{}; // its pointers dangle once the window is gone
+    bool m_isSearching = false;
+    CompletionCallback m_completionCB;
+    QPointer<QDialog> m_window;
+    QPointer<QEventLoop> m_modalRun;
+};
 
 std::shared_ptr<QVLyricSearchWndCtl> QVLyricSearchWndCtl::popUp(const QString &track, const QString &artist,
                                                                 CompletionCallback completion,
@@ -54,208 +252,49 @@ std::shared_ptr<QVLyricSearchWndCtl> QVLyricSearchWndCtl::popUp(const QString &t
 {
     std::shared_ptr<QVLyricSearchWndCtl> controller(new QVLyricSearchWndCtl(parent));
     controller->setCompletionCB(std::move(completion));
-    controller->windowDidLoad();
-    controller->setTrack(track, artist);
-    controller->runModal();
+    controller->d->windowDidLoad();
+    controller->d->setTrack(track, artist);
+    controller->d->runModal();
     return controller;
 }
 
-QVLyricSearchWndCtl::QVLyricSearchWndCtl(QWidget *parent)
-    : m_results(std::make_unique<LyricResultsModel>())
-    , m_ui(std::make_unique<Ui::QVLyricSearchWndCtl>())
-    , m_window(new QDialog(parent))
+std::shared_ptr<QVLyricSearchWndCtl> QVLyricSearchWndCtl::popUp(const QString &track, const QString &artist,
+                                                                QObject *context,
+                                                                CompletionCallback completion,
+                                                                QWidget *parent)
 {
-    Translations::followUsersLanguage();
-    m_ui->setupUi(m_window);
-    // It may be a host's only window for the time being.
-    m_window->setAttribute(Qt::WA_QuitOnClose, false);
-    connect(applicationEnd(), &QObject::destroyed, m_window, [window = m_window.get()] { delete window; });
+    if (!context)
+        throw std::invalid_argument("QVLyricSearchWndCtl::popUp: null context");
+    const auto complete = [context = QPointer(context), completion = std::move(completion)](auto &lyric) {
+        if (context && completion)
+            completion(lyric);
+    };
+    return popUp(track, artist, complete, parent);
 }
 
-QVLyricSearchWndCtl::~QVLyricSearchWndCtl()
+QVLyricSearchWndCtl::QVLyricSearchWndCtl(QWidget *parent)
+    : d(std::make_unique<Private>(*this, parent))
 {
-    delete m_window;
+}
+
+QVLyricSearchWndCtl::~QVLyricSearchWndCtl() = default;
+
+bool QVLyricSearchWndCtl::isSearching() const
+{
+    return d->m_isSearching;
 }
 
 QList<QJsonObject> QVLyricSearchWndCtl::lrcResults() const
 {
-    return m_results->results();
+    return d->m_results.results();
 }
 
-bool QVLyricSearchWndCtl::eventFilter(QObject *watched, QEvent *event)
+QVLyricSearchWndCtl::CompletionCallback QVLyricSearchWndCtl::completionCB() const
 {
-    // Who holds Enter for long would start one download after the other, the focus being in the table soon.
-    if (isHeldEnter(event))
-        return true;
-    if (event->type() == QEvent::Hide && watched == m_window && !event->spontaneous())
-        windowWillClose();
-    return QObject::eventFilter(watched, event);
+    return d->m_completionCB;
 }
 
-void QVLyricSearchWndCtl::windowDidLoad()
+void QVLyricSearchWndCtl::setCompletionCB(CompletionCallback completion)
 {
-    QSizePolicy policy = m_ui->loadingIndicater->sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    m_ui->loadingIndicater->setSizePolicy(policy);
-
-    m_ui->tableView->setModel(m_results.get());
-
-    m_window->installEventFilter(this);
-    m_ui->btnDownload->installEventFilter(this);
-    // So that Enter searches in the names and downloads in the table, and people see which.
-    connect(qApp, &QApplication::focusChanged, m_window, [ui = m_ui.get()](QWidget *, QWidget *now) {
-        if (now == ui->lblTrackName || now == ui->lblArtistName)
-            ui->btnSearch->setDefault(true);
-        else if (now == ui->tableView)
-            ui->btnDownload->setDefault(true);
-    });
-    connect(m_ui->tableView, &QTableView::doubleClicked, this, &QVLyricSearchWndCtl::tableDoubleClick);
-    connect(m_ui->lblTrackName, &QLineEdit::textChanged, this, &QVLyricSearchWndCtl::controlTextDidChange);
-    connect(m_ui->lblArtistName, &QLineEdit::textChanged, this, &QVLyricSearchWndCtl::controlTextDidChange);
-    connect(m_ui->btnSearch, &QPushButton::clicked, this, &QVLyricSearchWndCtl::searchClick);
-    connect(m_ui->btnDownload, &QPushButton::clicked, this, &QVLyricSearchWndCtl::downloadClick);
-    connect(m_ui->btnCancel, &QPushButton::clicked, this, &QVLyricSearchWndCtl::cancelClick);
-}
-
-void QVLyricSearchWndCtl::runModal()
-{
-    QEventLoop run;
-    m_modalRun = &run; // cppcheck-suppress danglingLifetime ; it is a QPointer
-    m_window->show();
-    run.exec(QEventLoop::DialogExec);
-    closeWindow(); // which is still open when the application has been told to end
-}
-
-void QVLyricSearchWndCtl::setTrack(const QString &track, const QString &artist)
-{
-    m_ui->lblTrackName->setText(track);
-    m_ui->lblArtistName->setText(artist);
-    refreshBtnsState();
-    searchClick();
-}
-
-void QVLyricSearchWndCtl::setIsSearching(bool isSearching)
-{
-    m_isSearching = isSearching;
-    refreshBtnsState();
-}
-
-void QVLyricSearchWndCtl::refreshBtnsState()
-{
-    if (!m_window)
-        return;
-    const bool hasNames = !m_ui->lblTrackName->text().isEmpty() || !m_ui->lblArtistName->text().isEmpty();
-    m_ui->btnSearch->setEnabled(hasNames && !m_isSearching);
-    m_ui->loadingIndicater->setVisible(m_isSearching);
-    if (m_isSearching)
-        setSearchState(m_results->isEmpty() ? QCoreApplication::translate("Localized", "Searching...")
-                                            : QCoreApplication::translate("Localized", "Downloading..."));
-    // Also while a download runs: the user may start a second one.
-    m_ui->btnDownload->setEnabled(!m_results->isEmpty());
-}
-
-void QVLyricSearchWndCtl::setSearchState(const QString &text)
-{
-    if (m_window)
-        m_ui->lblSearchState->say(text);
-}
-
-/// The names as they stand in the fields.
-QJsonObject QVLyricSearchWndCtl::reqParams() const
-{
-    return {{Key_Lyric_Artist, m_ui->lblArtistName->text()},
-            {Key_Lyric_Trackname, m_ui->lblTrackName->text()}};
-}
-
-void QVLyricSearchWndCtl::searchClick()
-{
-    m_results->setResults({});
-    if (m_ui->lblArtistName->text().isEmpty() && m_ui->lblTrackName->text().isEmpty())
-        return;
-    const auto model = ZTLyricRequestModel::initWithReqParams(reqParams());
-    setIsSearching(true);
-    model->requestListWithCompletion([self = shared_from_this()](const std::optional<QVLyricError> &error,
-                                                                 const QList<QJsonObject> &results,
-                                                                 qint64 bestIndex) {
-        if (error)
-            self->setSearchState(error->localizedDescription);
-        self->m_results->setResults(results);
-        // After an error too, which it replaces. This is meant.
-        self->setSearchState(QCoreApplication::translate("Localized", "Found %@ results")
-                                 .replace(QLatin1StringView("%@"), QString::number(results.size())));
-        self->selectRow(bestIndex);
-        self->setIsSearching(false);
-    });
-}
-
-void QVLyricSearchWndCtl::selectRow(qint64 row)
-{
-    constexpr std::chrono::milliseconds Delay(100);
-    QTimer::singleShot(Delay, this, [self = shared_from_this(), row] {
-        if (!self->m_window)
-            return;
-        LyricResultsTable *const table = self->m_ui->tableView;
-        if (row >= 0 && row < self->m_results->rowCount()) {
-            table->scrollTo(self->m_results->index(int(row), 0));
-            table->selectRow(int(row));
-        }
-        table->setFocus();
-    });
-}
-
-void QVLyricSearchWndCtl::downloadClick()
-{
-    const qint64 row = m_ui->tableView->selectedRow();
-    const QList<QJsonObject> results = m_results->results();
-    if (row < 0 || row >= results.size())
-        return;
-    const QString link = stringForKeySafeModel(results[row], QLatin1StringView("link"));
-    if (link.isEmpty())
-        qWarning("[LYRIC] no link to load");
-    else
-        requestDetail(link);
-}
-
-void QVLyricSearchWndCtl::requestDetail(const QString &link)
-{
-    const auto model = ZTLyricRequestModel::initWithReqParams(reqParams());
-    setIsSearching(true);
-    model->requestDetail(
-        link, [self = shared_from_this()](const std::optional<QVLyricError> &error, const QString &lyric) {
-            self->setIsSearching(false);
-            if (error)
-                self->setSearchState(error->localizedDescription);
-            if (const CompletionCallback completion = self->m_completionCB) // which may set another
-                completion(lyric);
-            self->closeWindow();
-        });
-}
-
-void QVLyricSearchWndCtl::tableDoubleClick()
-{
-    // Lets every row through, since no selection is -1 here; downloadClick() tells the rows that there are.
-    if (m_ui->tableView->selectedRow() != NotFound)
-        downloadClick();
-}
-
-void QVLyricSearchWndCtl::cancelClick()
-{
-    closeWindow();
-}
-
-void QVLyricSearchWndCtl::closeWindow()
-{
-    if (m_window)
-        m_window->close();
-}
-
-void QVLyricSearchWndCtl::windowWillClose()
-{
-    if (m_modalRun)
-        m_modalRun->exit();
-}
-
-void QVLyricSearchWndCtl::controlTextDidChange()
-{
-    refreshBtnsState();
+    d->m_completionCB = std::move(completion);
 }

@@ -8,7 +8,7 @@
 
 using namespace Qt::StringLiterals;
 
-// The files in a static library are there once they are asked for. Outside any namespace, as the macro wants it.
+// A static library's resources must be initialised. The macro only works outside namespaces.
 static void addFiles()
 {
     Q_INIT_RESOURCE(qvsonglrc_translations);
@@ -16,25 +16,21 @@ static void addFiles()
 
 namespace {
 
-/// Goes with the application object.
+/// Deleted with the application object.
 class Texts final : public QTranslator
 {
 public:
-    explicit Texts(QObject *application)
-        : QTranslator(application)
-    {
-        followUsersLanguage();
-    }
+    using QTranslator::QTranslator;
 
     void followUsersLanguage();
 
 private:
-    QStringList m_followed; // the languages when the texts were loaded
+    QStringList m_followed; // the languages of the last load
 };
 
 Texts *theTexts = nullptr;
 
-/// What the files of a language are named after.
+/// The language code in the names of the translation files.
 QString codeOf(const QLocale &locale)
 {
     if (locale.language() == QLocale::Chinese)
@@ -50,19 +46,20 @@ void Texts::followUsersLanguage()
     m_followed = languages;
     for (const QString &language : languages) {
         const QLocale locale(language);
-        // The texts are in English already; who prefers it must not get the next language.
+        // The source texts are English, so there is no file. The next language must not replace it.
         if (locale.language() == QLocale::English)
             break;
         if (load(u"qvsonglrc_"_s + codeOf(locale), u":/QVSongLrc/i18n"_s))
             return;
     }
-    [[maybe_unused]] const bool isLoaded = load(QString()); // empties it
+    [[maybe_unused]] const bool isLoaded = load(QString()); // unloads
 }
 
 void install()
 {
     addFiles();
     theTexts = new Texts(QCoreApplication::instance());
+    theTexts->followUsersLanguage();
     QObject::connect(theTexts, &QObject::destroyed, [] { theTexts = nullptr; });
     QCoreApplication::installTranslator(theTexts);
 }

@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// The library's texts in the languages that it speaks. They are installed once an application object, before
-/// any translators of the host's, so that a text of the host's in the same context comes first.
+/// The translator of the library's texts. It is installed once for each application object, before the host's
+/// translators, so that a host's translation of the same text takes precedence.
 namespace QVSongLrcPrivate::Translations {
 
-/// Goes over to the user's language as QLocale() has it now, unless it is the one spoken already.
+/// Loads the translation for the languages that QLocale() lists now, unless it is loaded already.
 void followUsersLanguage();
 
 } // namespace QVSongLrcPrivate::Translations

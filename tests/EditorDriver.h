@@ -22,7 +22,7 @@
 
 #include <functional>
 
-/// A folder for a test's files, where the editor keeps its settings and recovery files too.
+/// A folder for a test's files and for the editor's settings and recovery files.
 class EditorHome
 {
 public:
@@ -36,7 +36,7 @@ public:
 
     QString path(const QString &name) const { return m_folder.filePath(name); }
 
-    /// Writes the file \p name, and answers its path.
+    /// Writes the file \p name and returns its path.
     QString file(const QString &name, const QByteArray &bytes) const
     {
         QFile out(path(name));
@@ -55,14 +55,13 @@ inline QByteArray bytesOf(const QString &path)
     return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray("no such file");
 }
 
-/// An editor's window, used by keys as a person uses it.
+/// An editor window, used by keys and clicks.
 class EditorDriver
 {
 public:
     enum Watch { Watched, Unwatched };
 
-    /// \p watch says whether the table's model is watched for breaches of a model's contract, which takes long
-    /// with a long song.
+    /// Watched: a QAbstractItemModelTester checks the table's model, which is slow for long songs.
     explicit EditorDriver(Watch watch = Watched)
     {
         if (watch == Watched)
@@ -78,7 +77,7 @@ public:
         window->open(file);
     }
 
-    /// As a window manager would do, which a test's X server lacks.
+    /// Activates the window, since the tests' X server has no window manager.
     void activate()
     {
         window->activateWindow();
@@ -98,14 +97,14 @@ public:
             QTest::keyClick(table, Qt::Key_Down, Qt::ShiftModifier);
     }
 
-    /// On the first cell of a row.
+    /// Clicks the first cell of a row.
     static void click(QAbstractItemView *view, int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     {
         QTest::mouseClick(view->viewport(), Qt::LeftButton, modifiers,
                           view->visualRect(view->model()->index(row, 0)).center());
     }
 
-    /// Opens the cell, types over what is there and, unless told otherwise, presses Enter.
+    /// Opens the cell, replaces its text by \p typed and, if \p enters, presses Enter.
     void type(int row, int column, const QString &typed, bool enters = true)
     {
         table->setCurrentIndex(table->model()->index(row, column));
@@ -115,17 +114,17 @@ public:
         QVERIFY(editor && editor != table);
         QTest::keyClick(editor, Qt::Key_A, Qt::ControlModifier);
         QTest::keyClick(editor, Qt::Key_Delete);
-        for (const QChar c : typed) // keyClicks() knows ASCII alone
+        for (const QChar c : typed) // keyClicks() only supports ASCII
             QTest::sendKeyEvent(QTest::Click, editor, Qt::Key_unknown, QString(c), Qt::NoModifier);
         if (enters)
             press(Qt::Key_Return);
     }
 
-    /// A key in the cell that is being edited.
+    /// Presses a key in the open cell.
     void press(Qt::Key key)
     {
         QTest::keyClick(QApplication::focusWidget(), key);
-        QCoreApplication::processEvents(); // the table closes a cell when the key has been dealt with
+        QCoreApplication::processEvents(); // the table closes the cell later
     }
 
     QString text() const { return all(view("text")); }
@@ -151,8 +150,8 @@ public:
 
 using DialogStep = std::function<void(QWidget *dialog)>;
 
-/// Runs \p act, which shows one modal dialog after the other; each is given to one of \p steps, which must make
-/// it close. Nothing hangs: a dialog that nobody expects is closed, and that counts as a failure.
+/// Runs \p act, which shows one modal dialog for each of \p steps. A step gets its dialog and must close it. A
+/// dialog that is not expected or stays open is closed and fails the test.
 inline void inDialogs(const std::function<void()> &act, QList<DialogStep> steps)
 {
     QTimer poll;
@@ -165,17 +164,18 @@ inline void inDialogs(const std::function<void()> &act, QList<DialogStep> steps)
             return;
         const bool isSeen = dialog->property("isSeen").toBool();
         if (isSeen && !sinceStep.hasExpired(10'000))
-            return; // its step is under way
+            return; // its step is running
         if (isSeen || steps.isEmpty()) {
-            unexpected = QStringLiteral("nobody expects this dialog, or it stays: ") + dialog->windowTitle();
+            unexpected =
+                QStringLiteral("an unexpected dialog, or one that stays open: ") + dialog->windowTitle();
             dialog->close();
             return;
         }
         dialog->setProperty("isSeen", true);
         sinceStep.start();
-        // In a turn of its own: while a timer's slot waits for the next dialog, the timer stands still.
+        // Not here: a timer does not fire while its slot waits for the next dialog.
         QTimer::singleShot(0, dialog, [step = steps.takeFirst(), dialog] {
-            QVERIFY(QTest::qWaitForWindowExposed(dialog)); // before that a click may go nowhere
+            QVERIFY(QTest::qWaitForWindowExposed(dialog)); // clicks may get lost before
             step(dialog);
         });
     });
@@ -199,14 +199,13 @@ inline DialogStep press(const QString &text)
     };
 }
 
-/// Puts a name into a file dialog, or an amount into the dialog that asks for one, and presses the button that
-/// takes it.
+/// Enters a file name or an amount, and clicks the default button.
 inline DialogStep enter(const QString &typed)
 {
     return [typed](QWidget *dialog) {
         auto *const line = dialog->findChild<QLineEdit *>();
         line->selectAll();
-        line->insert(typed); // at once: a file dialog completes what is typed, when it gets to it
+        line->insert(typed); // not by keys: a file dialog would complete the name
         for (auto *const button : dialog->findChild<QDialogButtonBox *>()->buttons()) {
             if (auto *const push = qobject_cast<QPushButton *>(button); push && push->isDefault())
                 return QTest::mouseClick(push, Qt::LeftButton);

@@ -21,7 +21,7 @@
 #include <QTimer>
 #include <QUrlQuery>
 
-/// The lyric service, which holds every reply until the test gives it. Requests are counted from 1.
+/// A lyric service that holds back every reply until reply() is called. Requests are numbered from 1.
 class HoldingService
 {
 public:
@@ -40,23 +40,23 @@ public:
         return m_sockets.size();
     }
 
-    /// Waits for a request, and tells what it said in \p field.
+    /// Waits for a request and returns its form field \p field.
     QString sent(qsizetype number, const char *field) const
     {
         if (!QTest::qWaitFor([=, this] { return asked() >= number; }))
-            return QStringLiteral("nothing was asked");
+            return QStringLiteral("no request");
         const QByteArray request = m_server.requests().at(number - 1);
         const QByteArray form = request.mid(request.indexOf("\r\n\r\n") + 4).replace('+', ' ');
         return QUrlQuery(QString::fromUtf8(form))
             .queryItemValue(QString::fromUtf8(field), QUrl::FullyDecoded);
     }
 
-    /// Waits for a request, and replies to it.
+    /// Waits for a request and replies to it.
     void reply(qsizetype number, const QByteArray &body, const QByteArray &status = "200 OK")
     {
         QTRY_VERIFY(asked() >= number);
         const QPointer<QSslSocket> socket = m_sockets.at(number - 1);
-        QVERIFY(socket); // gone when the client has given up
+        QVERIFY(socket); // null if the client has disconnected
         QMetaObject::invokeMethod(
             socket.get(), [=] { MisbehavingServer::reply(body, status)(socket); }, Qt::QueuedConnection);
     }
@@ -77,10 +77,10 @@ private:
     MisbehavingServer m_server;
 };
 
-/// The dialog as a user meets it: its window and the controls in it.
+/// The dialog's window and controls, as a user has them.
 struct SearchWindow
 {
-    /// The cells of a column, each cut to its first word, in one string.
+    /// The first words of a column's cells, joined by spaces.
     QString column(int column) const
     {
         QStringList cells;
@@ -108,7 +108,7 @@ struct SearchWindow
         QTest::mouseDClick(table->viewport(), button, {}, at);
     }
 
-    /// Busy, Search enabled, Download enabled, and the status, in one text to compare.
+    /// Busy or idle, Search enabled, Download enabled and the status text, in one string.
     QString look() const
     {
         return QStringLiteral("%1 %2 %3 %4")
@@ -137,11 +137,12 @@ struct SearchWindow
 
 using Script = std::function<void(SearchWindow &)>;
 
-/// Opens the dialog and runs \p script in its modal loop. A dialog that is still open when the script has ended
-/// or half a minute has gone is closed.
+/// Opens the dialog and runs \p script in its modal loop. Closes the dialog when the script has ended, or after
+/// 30 s as a failure.
 inline std::shared_ptr<QVLyricSearchWndCtl>
 popUpWith(const Script &script, const QString &track, const QString &artist = {},
-          const QVLyricSearchWndCtl::CompletionCallback &completion = {}, QWidget *parent = nullptr)
+          const QVLyricSearchWndCtl::CompletionCallback &completion = {}, QWidget *parent = nullptr,
+          QObject *context = nullptr)
 {
     QTimer watchdog;
     watchdog.callOnTimeout([] {
@@ -161,5 +162,6 @@ popUpWith(const Script &script, const QString &track, const QString &artist = {}
         if (window.window)
             window.window->close();
     });
-    return QVLyricSearchWndCtl::popUp(track, artist, completion, parent);
+    return context ? QVLyricSearchWndCtl::popUp(track, artist, context, completion, parent)
+                   : QVLyricSearchWndCtl::popUp(track, artist, completion, parent);
 }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
-// Takes the pictures that the README shows, of real windows that real keys have worked in.
+// Takes the README's pictures of the editor and the dialog.
 // screenshots --service HOST:PORT --ca-file FILE SONG FOLDER
 
 #include "EditorDriver.h"
@@ -19,7 +19,7 @@ namespace {
 
 void take(QWidget *window, const QString &folder, const QString &name)
 {
-    QTest::qWait(300); // for what is shown a little later
+    QTest::qWait(300); // for delayed updates
     if (!window->grab().save(QDir(folder).filePath(name), "PNG", 0))
         qFatal("can't write %s in %s", qPrintable(name), qPrintable(folder));
 }
@@ -29,7 +29,7 @@ void take(QWidget *window, const QString &folder, const QString &name)
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
-    const QTemporaryDir home; // the pictures show nothing of whoever takes them
+    const QTemporaryDir home; // keeps the user's own settings and files out of the pictures
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, home.path());
     qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
-// The editor's window, used by keys and clicks; its files, its recovery, and its answer to long songs.
+// The editor's window, used by keys and clicks: its commands, files, recovery and speed on long songs.
 
 #include "EditorDriver.h"
 #include "programs/editor/ClockBar.h"
@@ -35,14 +35,14 @@ const QString Song = u"[ti:Song]\n[ar:A]\n[00:01.00]one\n[00:02.00][00:09.00]two
 
 using Act = std::function<void(EditorDriver &)>;
 
-// A debugger's or a sanitizer's build is not what people edit with.
+// Debug and sanitizer builds are slower.
 #if defined(NDEBUG) && !defined(__SANITIZE_ADDRESS__)
 constexpr double MostMs = 50;
 #else
 constexpr double MostMs = 1500;
 #endif
 
-// What this thread has worked, whatever else the machine does: nothing that a key does may wait for anything.
+// CPU time, which does not depend on the machine's load. A key must not make the thread wait for anything.
 double threadMs()
 {
     timespec time{};
@@ -59,7 +59,7 @@ class TestEditor : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // No test waits for ever on a dialog that it doesn't expect.
+    // Ends a test that waits for ever on an unexpected dialog.
     void init()
     {
         m_watchdog.callOnTimeout([] { qFatal("a test takes too long"); });
@@ -72,7 +72,7 @@ private Q_SLOTS:
         m_watchdog.stop();
         m_watchdog.disconnect();
         QSettings().clear();
-        QCOMPARE(Recovery::left(), QStringList()); // no window that closed in order leaves one
+        QCOMPARE(Recovery::abandoned(), QStringList()); // closed windows delete theirs
     }
 
     void undoesEverything_data()
@@ -82,31 +82,26 @@ private Q_SLOTS:
         const auto row = [](const char *name, const Act &act, const QString &text) {
             QTest::newRow(name) << act << text;
         };
-        row(
-            "text", [](auto &e) { e.type(2, 2, u"[un]:1"_s); },
-            u"[ti:Song]\n[ar:A]\n[00:01.00][un]:1\n[00:02.00][00:09.00]two\nthree\n"_s);
-        row(
-            "a property's value, colons and all", [](auto &e) { e.type(1, 2, u"B: C:D"_s); },
-            u"[ti:Song]\n[ar:B: C:D]\n[00:01.00]one\n[00:02.00][00:09.00]two\nthree\n"_s);
-        row(
-            "times, without brackets", [](auto &e) { e.type(4, 0, u"1:02.50"_s); },
-            u"[ti:Song]\n[ar:A]\n[00:01.00]one\n[00:02.00][00:09.00]two\n[01:02.50]three\n"_s);
-        row(
-            "one time more and one less",
-            [](auto &e) {
-                e.type(2, 0, u"[00:01.00][00:03.00] [00:05.00]"_s);
-                e.type(3, 0, u"[00:09.00]"_s);
-            },
-            u"[ti:Song]\n[ar:A]\n[00:01.00][00:03.00][00:05.00]one\n[00:09.00]two\nthree\n"_s);
-        row(
-            "no times", [](auto &e) { e.type(3, 0, u""_s); },
-            u"[ti:Song]\n[ar:A]\n[00:01.00]one\ntwo\nthree\n"_s);
-        row(
-            "a lyric line to a property", [](auto &e) { e.type(4, 1, u"by"_s); },
-            u"[ti:Song]\n[ar:A]\n[00:01.00]one\n[00:02.00][00:09.00]two\n[by:three]\n"_s);
-        row(
-            "a property to a lyric line", [](auto &e) { e.type(0, 1, u"Lyric"_s); },
-            u"Song\n[ar:A]\n[00:01.00]one\n[00:02.00][00:09.00]two\nthree\n"_s);
+        const auto typed = [row](const char *name, int line, int column, const QString &words,
+                                 const QString &text) {
+            row(
+                name, [=](auto &e) { e.type(line, column, words); }, text);
+        };
+        typed("text", 2, 2, u"[un]:1"_s,
+              u"[ti:Song]\n[ar:A]\n[00:01.00][un]:1\n[00:02.00][00:09.00]two\nthree\n"_s);
+        typed("a property's value, colons and all", 1, 2, u"B: C:D"_s,
+              u"[ti:Song]\n[ar:B: C:D]\n[00:01.00]one\n[00:02.00][00:09.00]two\nthree\n"_s);
+        typed("times, without brackets", 4, 0, u"1:02.50"_s,
+              u"[ti:Song]\n[ar:A]\n[00:01.00]one\n[00:02.00][00:09.00]two\n[01:02.50]three\n"_s);
+        typed("more times", 2, 0, u"[00:01.00][00:03.00] [00:05.00]"_s,
+              u"[ti:Song]\n[ar:A]\n[00:01.00][00:03.00][00:05.00]one\n[00:02.00][00:09.00]two\nthree\n"_s);
+        typed("one time less", 3, 0, u"[00:09.00]"_s,
+              u"[ti:Song]\n[ar:A]\n[00:01.00]one\n[00:09.00]two\nthree\n"_s);
+        typed("no times", 3, 0, u""_s, u"[ti:Song]\n[ar:A]\n[00:01.00]one\ntwo\nthree\n"_s);
+        typed("a lyric line to a property", 4, 1, u"by"_s,
+              u"[ti:Song]\n[ar:A]\n[00:01.00]one\n[00:02.00][00:09.00]two\n[by:three]\n"_s);
+        typed("a property to a lyric line", 0, 1, u"Lyric"_s,
+              u"Song\n[ar:A]\n[00:01.00]one\n[00:02.00][00:09.00]two\nthree\n"_s);
         row(
             "insert",
             [](auto &e) {
@@ -117,7 +112,7 @@ private Q_SLOTS:
             },
             u"[ti:Song]\n[ar:A]\n[00:01.00]one\nnew\n[00:02.00][00:09.00]two\nthree\n"_s);
         row(
-            "delete some that lie apart",
+            "delete lines that are not adjacent",
             [](auto &e) {
                 e.select(1);
                 EditorDriver::click(e.table, 3, Qt::ControlModifier);
@@ -152,7 +147,7 @@ private Q_SLOTS:
             },
             u"[ti:Song]\n[ar:A]\n[00:01.09]one\n[00:02.00][00:09.00]two\nthree\n"_s);
         row(
-            "nudge twice what is selected, of which the current line is no part",
+            "nudge the selection twice, without the current line",
             [](auto &e) {
                 e.select(2, 4);
                 EditorDriver::click(e.table, 4, Qt::ControlModifier);
@@ -170,7 +165,7 @@ private Q_SLOTS:
             },
             u"[ti:Song]\n[ar:A]\n[00:01.00]one\n[00:07.50][00:09.00]two\n[00:07.50]three\n"_s);
         row(
-            "commands take along what is being typed",
+            "commands commit the open cell",
             [](auto &e) {
                 e.type(2, 2, u"un"_s, false);
                 QTest::keyClick(QApplication::focusWidget(), Qt::Key_F8);
@@ -200,8 +195,8 @@ private Q_SLOTS:
         QCOMPARE(editor.text(), text);
     }
 
-    // Not from where the last click was.
-    void extendsTheSelectionFromTheLineOfACommand()
+    // Not from the last click.
+    void extendsTheSelectionFromACommandsLine()
     {
         EditorDriver editor(m_home.file(u"song.lrc"_s, Song.toUtf8()));
         EditorDriver::click(editor.table, 2);
@@ -243,7 +238,7 @@ private Q_SLOTS:
             "undo",
             [](auto &e) {
                 e.key(Qt::Key_Delete);
-                QCOMPARE(e.table->model()->rowCount(), 20'000); // one line is selected, also after an undo
+                QCOMPARE(e.table->model()->rowCount(), 20'000); // undo leaves one line selected
             },
             [](auto &e) { e.key(Qt::Key_Z, Qt::ControlModifier); });
         row("down", toMiddle, [](auto &e) { QTest::keyClick(e.table, Qt::Key_Down); });
@@ -266,7 +261,7 @@ private Q_SLOTS:
             QCoreApplication::processEvents();
             const double start = threadMs();
             press(editor);
-            QCoreApplication::processEvents(); // what it has to paint
+            QCoreApplication::processEvents(); // includes painting
             ms += threadMs() - start;
         }
         std::sort(ms.begin(), ms.end());
@@ -275,7 +270,7 @@ private Q_SLOTS:
         discard(editor);
     }
 
-    // "Saved" means what is on disk, byte for byte: encodings, marks and line ends are the file's own.
+    // Compares the bytes on disk: saving keeps the file's encoding, mark and line ends.
     void savesInTheFilesOwnForm_data()
     {
         QTest::addColumn<QByteArray>("before");
@@ -299,14 +294,14 @@ private Q_SLOTS:
         QFETCH(const QString, typed);
         const QString name = m_home.file(u"song.lrc"_s, before);
         EditorDriver editor(name);
-        editor.type(0, 2, typed, false); // what is still being typed is saved too
+        editor.type(0, 2, typed, false); // the open cell is saved too
         editor.key(Qt::Key_S, Qt::ControlModifier);
         QTEST(bytesOf(name), "after");
         QVERIFY(!editor.window->isWindowModified());
         QVERIFY(editor.window->close());
     }
 
-    void offersUtf8ForWhatTheEncodingLacks()
+    void offersUtf8ForOtherCharacters()
     {
         const QString name = m_home.file(u"song.lrc"_s, "[00:01.00]caf\xE9 cr\xE8me, d\xE9j\xE0 vu\n");
         EditorDriver editor(name);
@@ -343,7 +338,7 @@ private Q_SLOTS:
         QCOMPARE(editor.text(), u""_s);
     }
 
-    // The lines at the song's end go, the current one with them, and the table moves to another.
+    // The current line is removed, and the table selects another.
     void opensASongOfFewerButLongerLines()
     {
         EditorDriver editor(m_home.file(u"song.lrc"_s, Song.toUtf8()));
@@ -353,7 +348,7 @@ private Q_SLOTS:
         QCOMPARE(editor.highlighted("text"), QString(3000, u'x'));
     }
 
-    // Also in a window that has not opened one, whose menu has none to show at first.
+    // The menu of a window that has opened no file is empty at first.
     void offersWhatAnotherWindowOpened()
     {
         EditorDriver editor;
@@ -370,7 +365,7 @@ private Q_SLOTS:
         EditorDriver editor;
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile(name)});
-        // On the table, which is where people drop it, and which leaves it to the window.
+        // People drop it on the table, which passes the event on to the window.
         const QPoint at(5, 5);
         QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, {});
         QApplication::sendEvent(editor.table->viewport(), &enter);
@@ -380,7 +375,7 @@ private Q_SLOTS:
         QTRY_COMPARE(editor.text(), Song);
     }
 
-    // Whatever the user says, a song that was changed goes only when they say so, or when it is saved.
+    // A changed song is only given up when it is saved or the user discards it.
     void guardsUnsavedChanges()
     {
         const QString directory = m_home.path(u"gone"_s);
@@ -396,10 +391,10 @@ private Q_SLOTS:
         inDialogs([&] { editor.window->open(other); }, {press(u"Cancel"_s)});
         inDialogs([&] { editor.key(Qt::Key_N, Qt::ControlModifier); }, {press(u"Cancel"_s)});
         QVERIFY(QDir(directory).removeRecursively());
-        inDialogs(close, {press(u"Save"_s), press(u"OK"_s)}); // which fails
+        inDialogs(close, {press(u"Save"_s), press(u"OK"_s)}); // saving fails
         QVERIFY(editor.window->isVisible() && editor.window->isWindowModified());
         QCOMPARE(editor.text(), changed);
-        // Where nothing fits any more.
+        // A full disk.
         inDialogs([&] { editor.key(Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier); },
                   {enter(u"/dev/full"_s), press(u"Yes"_s), press(u"OK"_s)});
         QVERIFY(editor.window->isWindowModified());
@@ -410,7 +405,7 @@ private Q_SLOTS:
         QVERIFY(!editor.window->isVisible());
         QCOMPARE(bytesOf(name), changed.toUtf8());
 
-        // What was saved, but is there no more.
+        // Saved, but deleted since.
         editor.window->show();
         QVERIFY(QFile::remove(name));
         inDialogs(close, {press(u"Save"_s)});
@@ -428,7 +423,7 @@ private Q_SLOTS:
         QVERIFY(editor.window->isWindowModified());
         inDialogs([&] { editor.key(Qt::Key_S, Qt::ControlModifier); }, {press(u"Save"_s)});
         QVERIFY(bytesOf(name).endsWith("mine\n"));
-        // Once the window is come back to, it offers to read the file again.
+        // An activated window offers to reload the file.
         m_home.file(u"song.lrc"_s, "theirs again\n");
         QWidget other;
         other.show();
@@ -466,7 +461,7 @@ private Q_SLOTS:
         QTRY_COMPARE(folder.entryList({u"*.json"_s}).size(), 1);
         const QString recovery = folder.filePath(folder.entryList({u"*.json"_s}).first());
         const QByteArray before = bytesOf(recovery);
-        // No file may become longer than this, which a program learns as it does of a full disk.
+        // Limits the size of files, which fails like a full disk.
         std::signal(SIGXFSZ, SIG_IGN);
         rlimit usual{};
         QCOMPARE(::getrlimit(RLIMIT_FSIZE, &usual), 0);
@@ -474,14 +469,14 @@ private Q_SLOTS:
         QCOMPARE(::setrlimit(RLIMIT_FSIZE, &small), 0);
         editor.type(4, 2, u"changed again"_s);
         const auto *const warning = editor.window->statusBar()->findChild<QLabel *>(u"warning"_s);
-        const bool isTold = QTest::qWaitFor([&] { return !warning->text().isEmpty(); });
+        const bool isWarned = QTest::qWaitFor([&] { return !warning->text().isEmpty(); });
         ::setrlimit(RLIMIT_FSIZE, &usual);
-        QVERIFY(isTold);
+        QVERIFY(isWarned);
         QCOMPARE(bytesOf(recovery), before);
         discard(editor);
     }
 
-    void recoversWhatWasLeft()
+    void recoversAbandonedChanges()
     {
         const QString name = m_home.file(u"song.lrc"_s,
                                          "\xFF\xFE"
@@ -490,21 +485,21 @@ private Q_SLOTS:
         first.type(0, 2, u"歌"_s);
         const QDir folder(qEnvironmentVariable("XDG_DATA_HOME") + u"/QVSongLrc/songlrc-editor/recovery"_s);
         QTRY_COMPARE(folder.entryList({u"*.json"_s}).size(), 1);
-        QCOMPARE(Recovery::left(), QStringList()); // its program lives
-        // As if it had ended: a copy, which nobody holds.
+        QCOMPARE(Recovery::abandoned(), QStringList()); // its program is running
+        // A copy that no program has locked, as if the program had ended.
         const QString left = folder.filePath(u"left.json"_s);
         QVERIFY(QFile::copy(folder.filePath(folder.entryList({u"*.json"_s}).first()), left));
-        QCOMPARE(Recovery::left(), QStringList(left));
+        QCOMPARE(Recovery::abandoned(), QStringList(left));
         discard(first);
 
         EditorDriver second;
         QVERIFY(second.window->recover(left));
-        QVERIFY(!EditorWindow().recover(left)); // one at a time
+        QVERIFY(!EditorWindow().recover(left)); // in use
         QCOMPARE(second.text(), u"歌\n"_s);
         QVERIFY(second.window->isWindowModified());
         m_home.file(u"song.lrc"_s,
                     "\xFF\xFE"
-                    "b\0\r\0\n\0"_ba); // meanwhile
+                    "b\0\r\0\n\0"_ba); // changed by another program
         inDialogs([&] { second.key(Qt::Key_S, Qt::ControlModifier); }, {press(u"Save"_s)});
         QCOMPARE(bytesOf(name), "\xFF\xFE\x4C\x6B\r\0\n\0"_ba);
         QVERIFY(!QFile::exists(left));
@@ -512,12 +507,12 @@ private Q_SLOTS:
         const QString broken = folder.filePath(u"broken.json"_s);
         QVERIFY(QFile::copy(name, broken));
         QVERIFY(!EditorWindow().recover(broken));
-        QVERIFY(QFile::exists(broken)); // it may be worth something to somebody
+        QVERIFY(QFile::exists(broken)); // kept, since somebody may be able to read it
         Recovery::discard(broken);
     }
 
-    // A song that was recovered and given up is no part of the next.
-    void givesUpWhatItRecovered()
+    // Discarding a recovered song leaves the next one unmodified.
+    void discardsARecoveredSong()
     {
         const QString left = m_home.path(u"data/QVSongLrc/songlrc-editor/recovery/left.json"_s);
         QVERIFY(QDir().mkpath(QFileInfo(left).path()));
@@ -529,7 +524,7 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(left));
     }
 
-    void refusesWhatIsNoTimeOrKey()
+    void refusesInvalidTimesAndKeys()
     {
         const QString name = m_home.file(u"song.lrc"_s, Song.toUtf8());
         EditorDriver editor(name);
@@ -551,7 +546,7 @@ private Q_SLOTS:
         editor.select(0); // a property has no time
         editor.key(Qt::Key_F8);
         QVERIFY(!editor.window->isWindowModified());
-        editor.type(2, 2, u"a\nb"_s); // as it may be pasted
+        editor.type(2, 2, u"a\nb"_s); // may be pasted
         QCOMPARE(editor.table->model()->rowCount(), 5);
         discard(editor);
     }
@@ -577,7 +572,7 @@ private Q_SLOTS:
         EditorDriver::click(editor.view("preview"), 1);
         QCOMPARE(slider->value(), 1000);
 
-        editor.select(3); // the text goes with the table, and the table with the text
+        editor.select(3); // text and table follow each other's current line
         QCOMPARE(editor.highlighted("text"), u"[00:02.00][00:09.00]two"_s);
         QTest::keyClick(editor.view("text"), Qt::Key_Down);
         QCOMPARE(editor.table->currentIndex().row(), 4);
@@ -586,11 +581,10 @@ private Q_SLOTS:
         discard(editor);
     }
 
-    // Whatever its time is in seconds, and however late.
     void seeksToTheLineThatIsClicked_data()
     {
         QTest::addColumn<QString>("tag");
-        QTest::newRow("less than its ms in binary seconds") << u"[01:04.10]"_s;
+        QTest::newRow("1 ms less in seconds as a double") << u"[01:04.10]"_s;
         QTest::newRow("the latest") << u"[99:59.99]"_s;
     }
     void seeksToTheLineThatIsClicked()
@@ -598,7 +592,7 @@ private Q_SLOTS:
         QFETCH(const QString, tag);
         EditorDriver editor(m_home.file(u"song.lrc"_s, "[00:01.00]a\n" + tag.toUtf8() + "b\n"));
         EditorDriver::click(editor.view("preview"), 1);
-        editor.key(Qt::Key_T, Qt::ControlModifier); // which highlights anew, by the clock
+        editor.key(Qt::Key_T, Qt::ControlModifier); // highlights the clock's line again
         QCOMPARE(editor.highlighted("preview"), u"b"_s);
         editor.key(Qt::Key_F7);
         QCOMPARE(editor.highlighted("preview"), u"b"_s);
@@ -615,7 +609,7 @@ private Q_SLOTS:
         QTRY_VERIFY(clock.now() >= 1000);
         QVERIFY2(passed.elapsed() >= 490, QByteArray::number(passed.elapsed()).constData());
         const qint64 now = clock.now();
-        clock.stepSpeed(-100); // 0.25; what has passed stays
+        clock.stepSpeed(-100); // to 0.25; keeps the time
         QVERIFY(clock.now() >= now && speeds->currentIndex() == 0);
         clock.seek(-5);
         QVERIFY(clock.now() < 1000);

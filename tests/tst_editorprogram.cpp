@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
-// songlrc-editor itself, run as a person runs it. Its keys come from xdotool, which takes an X server.
+// The program songlrc-editor, used by keys. They come from xdotool, which needs an X server.
 
 #include <QDir>
 #include <QFile>
@@ -54,11 +54,11 @@ private Q_SLOTS:
         QCOMPARE(m_editor.readAllStandardOutput().isEmpty(), m_editor.exitCode() != 0);
     }
 
-    // Edits, is killed without a warning, and brings the edit back.
+    // An edit survives SIGKILL.
     void losesNothingWhenKilled()
     {
         if (QGuiApplication::platformName() != u"xcb"_s)
-            QSKIP("xdotool takes an X server; the entry tst_editorprogram_x11 has one");
+            QSKIP("xdotool needs an X server; tst_editorprogram_x11 has one");
         const QString name = m_directory.filePath(u"song.lrc"_s);
         QFile file(name);
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write("[00:01.00]one\n") > 0);
@@ -96,7 +96,7 @@ private:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
-    // Waits for the window with this title, gives it the focus, and then the keyboard these keys.
+    // Waits for the window with this title, focuses it and sends the keys.
     static void type(const QString &title, const QStringList &keys)
     {
         xdotool({u"search"_s, u"--sync"_s, u"--onlyvisible"_s, u"--name"_s, title, u"windowfocus"_s,

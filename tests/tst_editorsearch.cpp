@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
-// "Search Online…": the dialog over the editor's window, the service behind it, and what becomes of the song.
+// "Search Online…": what the editor does with the lyrics that the dialog downloads.
 
 #include "EditorDriver.h"
 #include "MisbehavingServer.h"
@@ -16,10 +16,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// What the user does, and calls the function for the lyric to come.
+// What the user does. Calls the function to let the lyric arrive.
 using Act = std::function<void(EditorDriver &, const std::function<void()> &)>;
 
-// Waits for the search that the dialog begins with, and downloads what it has selected.
+// Waits for the dialog's first search, and downloads the selected result.
 void download(QWidget *dialog)
 {
     auto *const table = dialog->findChild<QTableView *>(u"tableView"_s);
@@ -82,10 +82,10 @@ private Q_SLOTS:
         QVERIFY(!editor.window->isWindowModified());
     }
 
-    // The user closes the dialog over a slow download and goes on.
+    // The user closes the dialog during a slow download.
     void takesALateLyricForTheSameSongOnly_data()
     {
-        QTest::addColumn<Act>("act"); // calls back for the lyric to come
+        QTest::addColumn<Act>("act");
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("isLoaded");
         const QString before = u"[ti:Auld Lang Syne]\n[ar:Robert Burns]\n[00:01.00]my own\n"_s;
@@ -94,7 +94,7 @@ private Q_SLOTS:
             e.key(Qt::Key_N, Qt::ControlModifier);
             come();
         }) << QString() << false;
-        // The answer is about the song that the user sees.
+        // The song must not change while the user is asked whether to save it.
         QTest::newRow("a song that may be saved") << Act([](auto &e, auto come) {
             e.activate();
             e.type(2, 2, u"typed"_s);
@@ -136,7 +136,7 @@ private:
         return m_home.file(u"song.lrc"_s, "[ti:Auld Lang Syne]\n[ar:Robert Burns]\n[00:01.00]my own\n");
     }
 
-    // Answers a search with one candidate, and what comes next with \p detail, when it may.
+    // Answers the search with one candidate, and the next request with \p detail once \p mayAnswer allows it.
     static MisbehavingServer::Behaviour answer(const QByteArray &detail, QSemaphore *mayAnswer = nullptr)
     {
         return [detail, mayAnswer, count = std::make_shared<int>(0)](QSslSocket *socket) {

@@ -20,7 +20,7 @@ const QByteArray Songs = R"({"results":[{"track":"Bells","artist":"Zoe","link":"
 
 } // namespace
 
-/// The dialog's states and steps, and what it is like to use.
+/// The dialog's states and steps, its keyboard use, languages and accessibility.
 class TestSearchDialog : public QObject
 {
     Q_OBJECT
@@ -45,8 +45,8 @@ private Q_SLOTS:
                     QTest::keyClick(name, Qt::Key_Backspace);
                     QVERIFY(!d.search->isEnabled());
                 }
-                QTest::keyClick(d.artist, Qt::Key_Return);  // does nothing, Search being disabled
-                QVERIFY(d.window->windowHandle()->close()); // as the title bar does
+                QTest::keyClick(d.artist, Qt::Key_Return);  // does nothing: Search is disabled
+                QVERIFY(d.window->windowHandle()->close()); // as the title bar's button does
             },
             {}, {}, m_completion);
         QCOMPARE(m_service->asked(), 0);
@@ -65,7 +65,7 @@ private Q_SLOTS:
                 QTRY_COMPARE(d.look(), u"idle 1 1 Found 4 results"_s);
                 QCOMPARE(d.column(0), u"Bells Air Clouds Dawn"_s);
                 QCOMPARE(d.column(1), u"Zoe Moe Moe Abe"_s);
-                QCOMPARE(d.selectedRow(), -1); // not yet, and a press that comes too early does nothing
+                QCOMPARE(d.selectedRow(), -1); // selected later; Download does nothing until then
                 QTest::mouseClick(d.download, Qt::LeftButton);
                 QCOMPARE(m_service->asked(), 1);
                 QTRY_COMPARE(d.selectedRow(), 2);
@@ -73,7 +73,7 @@ private Q_SLOTS:
                 QCOMPARE(d.state->geometry(), place);
 
                 QTest::keyClick(d.artist, Qt::Key_End);
-                QTest::keyClicks(d.artist, u"!"_s); // the results stay
+                QTest::keyClicks(d.artist, u"!"_s); // keeps the results
                 QCOMPARE(d.look(), u"idle 1 1 Found 4 results"_s);
                 QTest::mouseClick(d.download, Qt::LeftButton);
                 QCOMPARE(d.look(), u"busy 0 1 Downloading..."_s);
@@ -99,7 +99,7 @@ private Q_SLOTS:
                     QCOMPARE(d.look(), u"busy 0 0 Searching..."_s);
                     m_service->reply(m_service->asked() + 1, body, status);
                     QTRY_COMPARE(d.look(), u"idle 1 %1 Found %1 results"_s.arg(count));
-                    QTRY_VERIFY(d.table->hasFocus()); // also when there is nothing to select
+                    QTRY_VERIFY(d.table->hasFocus()); // even with nothing to select
                     QCOMPARE(d.selectedRow(), count - 1);
                     d.artist->setFocus();
                     QTest::keyClick(d.artist, Qt::Key_Return);
@@ -154,10 +154,10 @@ private Q_SLOTS:
                 QCOMPARE(d.column(0), u"A b C é f"_s);
                 d.clickHeader(1);
                 QCOMPARE(d.column(1), u"m m m M Z"_s);
-                QCOMPARE(d.column(0), u"C é f A b"_s); // still in order within an artist
+                QCOMPARE(d.column(0), u"C é f A b"_s); // still sorted by title within an artist
                 d.clickHeader(1);
                 QCOMPARE(d.column(0), u"b A C é f"_s);
-                QCOMPARE(d.selectedRow(), 3); // the row, not what was in it
+                QCOMPARE(d.selectedRow(), 3); // the same row, another candidate
                 QTest::mouseClick(d.download, Qt::LeftButton);
                 QCOMPARE(m_service->sent(2, "link"), u"2"_s);
             },
@@ -178,7 +178,6 @@ private Q_SLOTS:
                 d.doubleClick({10, d.table->viewport()->height() - 5}); // below the rows
                 d.doubleClick(d.table->visualRect(d.table->model()->index(0, 0)).center(), Qt::RightButton);
                 QCOMPARE(d.look(), u"idle 1 1 Found 4 results"_s);
-                // A search without names empties the table and says nothing.
                 d.track->clear();
                 d.artist->clear();
                 QCOMPARE(d.look(), u"idle 0 1 Found 4 results"_s);
@@ -213,18 +212,17 @@ private Q_SLOTS:
                 m_service->reply(2, Songs);
                 QTRY_COMPARE(d.selectedRow(), 1);
                 QVERIFY(d.download->isDefault());
-                QCOMPARE(d.column(0),
-                         u"Bells Air Clouds Dawn"_s); // not sorted, and the header doesn't say so
+                QCOMPARE(d.column(0), u"Bells Air Clouds Dawn"_s); // in the service's order again
                 QCOMPARE(d.table->horizontalHeader()->sortIndicatorSection(), -1);
 
-                // A key that is still held from the name field presses nothing.
+                // Enter that is still held down from the name field does nothing.
                 QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, u"\r"_s, true);
                 QApplication::sendEvent(d.table, &held);
                 QCOMPARE(d.look(), u"idle 1 1 Found 4 results"_s);
                 QTest::keyClick(d.table, Qt::Key_Down);
                 QTest::keyClick(d.table, Qt::Key_Enter, Qt::KeypadModifier);
                 QCOMPARE(m_service->sent(3, "link"), u"3"_s);
-                m_service->reply(3, "{}"); // which no one takes
+                m_service->reply(3, "{}"); // there is no completion
                 QTRY_VERIFY(!d.window->isVisible());
             },
             u"Air"_s, u"Moe"_s);
@@ -243,7 +241,7 @@ private Q_SLOTS:
                 }
                 const QAccessibleInterface *const state = QAccessible::queryAccessibleInterface(d.state);
                 QCOMPARE(state->text(QAccessible::Name), u"Searching..."_s);
-                QCOMPARE(state->role(), QAccessible::Notification); // which is spoken, wherever the focus is
+                QCOMPARE(state->role(), QAccessible::Notification); // announced wherever the focus is
             },
             u"Air"_s);
     }
@@ -316,7 +314,7 @@ private Q_SLOTS:
                 + "\",\"artist\":\"Artist " + QByteArray::number(song % 100) + "\"},";
         body.back() = ']';
         double tookMs = LimitMs;
-        // On a busy machine some attempts take long; if it is the dialog's fault, all do.
+        // On a busy machine an attempt may take long. If the dialog is slow, all three do.
         for (int attempt = 0; attempt < 3 && tookMs >= LimitMs; ++attempt) {
             popUpWith(
                 [&](SearchWindow &d) {
@@ -328,7 +326,7 @@ private Q_SLOTS:
                     d.clickHeader(0);
                     d.table->viewport()->repaint();
                     tookMs = std::max(watch.longestMs(), double(sorting.nsecsElapsed()) / 1e6);
-                    d.clickHeader(1); // the first 500 are alike in it
+                    d.clickHeader(1); // 500 candidates share the first artist
                     for (int row = 1; row < 500; ++row)
                         QVERIFY(d.table->model()->index(row - 1, 0).data().toString()
                                 < d.table->model()->index(row, 0).data().toString());
@@ -341,7 +339,7 @@ private Q_SLOTS:
 
 private:
     std::optional<HoldingService> m_service;
-    QStringList m_lyrics; // what the completion got
+    QStringList m_lyrics; // received by the completion
     const QVLyricSearchWndCtl::CompletionCallback m_completion = [this](const QString &lyric) {
         m_lyrics += lyric.isNull() ? u"(null)"_s : lyric;
     };

@@ -7,7 +7,6 @@
 using namespace Qt::StringLiterals;
 
 static_assert(!std::is_copy_constructible_v<QVLyricSearchWndCtl>);
-static_assert(!std::is_default_constructible_v<QVLyricSearchWndCtl>);
 
 namespace {
 
@@ -16,21 +15,22 @@ const QByteArray Lyric = R"({"result":{"lyric":"la"}})";
 
 } // namespace
 
-/// What ends the dialog, and what goes on after it.
+/// What ends the dialog, and what continues afterwards.
 class TestSearchDialogLife : public QObject
 {
     Q_OBJECT
 
-    using Deed = std::function<void()>;
+    using Action = std::function<void()>;
 
 private Q_SLOTS:
-    // An application object a test, since it is one of the things that end.
+    // Each test has its own application object, since tests destroy it.
     void init()
     {
         m_application = std::make_unique<QApplication>(m_argc, m_argv);
         m_service.emplace();
         m_lyrics.clear();
         m_parent = std::make_unique<QWidget>();
+        m_context = std::make_unique<QObject>();
     }
 
     void cleanup()
@@ -40,7 +40,7 @@ private Q_SLOTS:
         m_application = nullptr;
     }
 
-    // Closing cancels nothing.
+    // Closing does not cancel a search.
     void searchesOnWithoutItsWindow()
     {
         QPointer<QTableView> table;
@@ -64,11 +64,15 @@ private Q_SLOTS:
     void downloadsOnWithoutItsWindow_data()
     {
         QTest::addColumn<Script>("end");
-        QTest::newRow("closed") << Script([](SearchWindow &d) { QTest::keyClick(d.window, Qt::Key_Escape); });
-        QTest::newRow("gone with its parent") << Script([this](SearchWindow &d) {
-            m_parent = nullptr;
-            QVERIFY(!d.window);
-        });
+        QTest::addColumn<QString>("lyric");
+        const auto row = [](const char *name, const Script &end, const QString &lyric) {
+            QTest::newRow(name) << end << lyric;
+        };
+        row(
+            "closed", [](auto &d) { QTest::keyClick(d.window, Qt::Key_Escape); }, u"la"_s);
+        row(
+            "its parent destroyed", [this](auto &) { m_parent = nullptr; }, u"la"_s);
+        row("the context destroyed", [this](auto &) { m_context = nullptr; }, {});
     }
     void downloadsOnWithoutItsWindow()
     {
@@ -78,11 +82,13 @@ private Q_SLOTS:
                 download(d);
                 end(d);
             },
-            u"Air"_s, {}, m_completion, m_parent.get());
+            u"Air"_s, {}, m_completion, m_parent.get(), m_context.get());
         QVERIFY(!life.expired() && m_lyrics.isEmpty()); // the request holds the controller
         m_service->reply(2, Lyric);
         QTRY_VERIFY(life.expired());
-        QCOMPARE(m_lyrics, QStringList{u"la"_s});
+        QTEST(m_lyrics.join(u'|'), "lyric");
+        QVERIFY_THROWS_EXCEPTION(std::invalid_argument,
+                                 QVLyricSearchWndCtl::popUp({}, {}, nullptr, m_completion, nullptr));
     }
 
     void leavesNothingBehind()
@@ -111,7 +117,7 @@ private Q_SLOTS:
                             m_lyrics += u"upper closes"_s;
                             window->close();
                         });
-                        upper.window = nullptr; // so that the script leaves it open
+                        upper.window = nullptr; // keeps popUpWith() from closing it
                     },
                     {});
                 m_lyrics += u"upper has returned"_s;
@@ -122,15 +128,15 @@ private Q_SLOTS:
 
     void completionsMayDoAnything_data()
     {
-        QTest::addColumn<Deed>("deed");
+        QTest::addColumn<Action>("action");
         QTest::addColumn<int>("status");
-        QTest::newRow("open another") << Deed([] { popUpWith([](SearchWindow &) {}, {}); }) << 7;
-        QTest::newRow("delete the parent") << Deed([this] { m_parent = nullptr; }) << 7;
-        QTest::newRow("quit") << Deed(&QCoreApplication::quit) << 0;
+        QTest::newRow("open another") << Action([] { popUpWith([](SearchWindow &) {}, {}); }) << 7;
+        QTest::newRow("delete the parent") << Action([this] { m_parent = nullptr; }) << 7;
+        QTest::newRow("quit") << Action(&QCoreApplication::quit) << 0;
     }
     void completionsMayDoAnything()
     {
-        QFETCH(const Deed, deed);
+        QFETCH(const Action, action);
         QTimer::singleShot(0, qApp, [&] {
             popUpWith(
                 [this](SearchWindow &d) {
@@ -141,28 +147,19 @@ private Q_SLOTS:
                 u"Air"_s, {},
                 [&](const QString &lyric) {
                     m_lyrics += lyric;
-                    QVERIFY(QApplication::activeModalWidget()); // is called before the dialog closes
-                    deed();
+                    QVERIFY(QApplication::activeModalWidget()); // the dialog is still open
+                    action();
                 },
                 m_parent.get());
+            // Closing the dialog, the only window, must not have quit the application.
             QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(7); });
         });
         QTEST(QApplication::exec(), "status");
         QCOMPARE(m_lyrics, QStringList{u"la"_s});
     }
 
-    // A host without another window is not ended by the dialog's closing.
-    void leavesItsHostRunning()
-    {
-        QTimer::singleShot(0, qApp, [] {
-            popUpWith([](SearchWindow &d) { QTest::keyClick(d.window, Qt::Key_Escape); }, {});
-            QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(7); });
-        });
-        QCOMPARE(QApplication::exec(), 7);
-    }
-
-    // Ended by exit() the run leaves an open window, which popUp() closes; then the application goes while a
-    // host holds the controller and a reply and a selection are due.
+    // exit() ends the modal loop and leaves the window open, so popUp() must close it. The application object is
+    // then destroyed while the host holds the controller and a reply and a selection are pending.
     void endsWithTheApplication()
     {
         QPointer<QDialog> window;
@@ -176,7 +173,7 @@ private Q_SLOTS:
                     QTest::keyClick(d.artist, Qt::Key_Return);
                     QTRY_COMPARE(m_service->asked(), 2);
                     QCoreApplication::exit(7);
-                    d.window = nullptr; // so that the script leaves it open
+                    d.window = nullptr; // keeps popUpWith() from closing it
                 },
                 u"Air"_s);
             QVERIFY(!window->isVisible());
@@ -190,7 +187,7 @@ private Q_SLOTS:
     }
 
 private:
-    /// Waits until the dialog has asked for a lyric.
+    /// Starts a download and waits for its request.
     void download(const SearchWindow &d)
     {
         m_service->reply(1, Songs);
@@ -204,8 +201,9 @@ private:
     char *m_argv[2] = {m_name, nullptr};
     std::unique_ptr<QApplication> m_application;
     std::unique_ptr<QWidget> m_parent;
+    std::unique_ptr<QObject> m_context;
     std::optional<HoldingService> m_service;
-    QStringList m_lyrics; // what the completion got
+    QStringList m_lyrics; // received by the completion
     const QVLyricSearchWndCtl::CompletionCallback m_completion = [this](const QString &lyric) {
         m_lyrics += lyric;
     };

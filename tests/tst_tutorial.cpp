@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
-// The last step of docs/tutorial.md, as it stands there, with a user who looks a song up.
+// Runs the program in the last step of docs/tutorial.md, and uses it.
 
 #include <QProcess>
 #include <QPushButton>
@@ -44,13 +44,13 @@ void useTheProgram()
     QApplication::quit();
 }
 
-// Waits for the event loop of the program, which there is none of yet.
-void sitDown()
+// Runs before the program's event loop starts.
+void schedule()
 {
     QTimer::singleShot(0, &useTheProgram);
     QTimer::singleShot(30'000, [] { qFatal("the dialog has not closed"); });
 }
-Q_COREAPP_STARTUP_FUNCTION(sitDown)
+Q_COREAPP_STARTUP_FUNCTION(schedule)
 
 } // namespace
 
@@ -65,10 +65,10 @@ private Q_SLOTS:
         QProcess service;
         service.start(QStringLiteral(SONGLRC_SERVICE),
                       {u"--library"_s, QStringLiteral(SAMPLES), u"--data"_s, data.path()});
-        QByteArray told;
-        while (!told.contains("url: ") && service.waitForReadyRead(20'000))
-            told += service.readAllStandardOutput();
-        QByteArray port = told.trimmed().split(':').last();
+        QByteArray printed;
+        while (!printed.contains("url: ") && service.waitForReadyRead(20'000))
+            printed += service.readAllStandardOutput();
+        QByteArray port = printed.trimmed().split(':').last();
         QByteArray authority = data.path().toLocal8Bit() + "/authority.pem";
         char name[] = "lyrics";
         char *arguments[] = {name, port.data(), authority.data(), nullptr};

@@ -6,94 +6,72 @@
 
 #include <QJsonObject>
 #include <QList>
-#include <QObject>
-#include <QPointer>
 #include <QString>
 
 #include <functional>
 #include <memory>
 
-class QDialog;
-class QEventLoop;
+class QObject;
 class QWidget;
 
-namespace Ui {
-class QVLyricSearchWndCtl;
-}
-
-namespace QVSongLrcPrivate {
-class LyricResultsModel;
-}
-
-/// A modal dialog in which the user looks a lyric up on the lyric service and downloads it.
+/// A modal dialog in which the user searches the lyric service for a song and downloads its lyric.
 ///
-/// Needs a QApplication, and its main thread for every call. LyricService says where the service is. Texts
-/// are in the first of the languages of QLocale() that the library speaks, else in English.
+/// Needs a QApplication. Call every function from its main thread. QVLyricService sets the service's address.
+/// The texts are in the first of the user's languages, as QLocale() lists them, that the library has
+/// translations for, otherwise in English.
 ///
-/// A controller lives as long as somebody holds it or a request of its own is outstanding. Closing the dialog
-/// cancels no request. The window is the controller's; it also goes with its parent or with the application,
-/// whichever is first, and a controller without a window does no harm.
+/// The controller owns the window. The host and every outstanding request share the controller, so the host may
+/// drop it at any time. Closing the dialog does not cancel requests. The window is deleted with the controller,
+/// with its parent or just before the application object, whichever comes first; a controller without its
+/// window can still be used.
+///
+/// Errors do not reach the host, except as a null lyric: the dialog's status line shows why a download failed,
+/// and a failed search as "Found 0 results". Messages are logged in the category "qvsonglrc.dialog".
 class QVSONGLRC_DIALOG_EXPORT QVLyricSearchWndCtl final
-    : public QObject,
-      public std::enable_shared_from_this<QVLyricSearchWndCtl>
+    : public std::enable_shared_from_this<QVLyricSearchWndCtl>
 {
-    Q_OBJECT
-
 public:
-    /// Takes the lyric that was downloaded, unchanged; a null string when the download failed or the service
+    /// Receives the downloaded lyric, unchanged; a null string when the download failed or the service
     /// had no text.
     using CompletionCallback = std::function<void(const QString &lyric)>;
 
-    /// Opens the dialog over \p parent, searches at once for \p track by \p artist unless both are empty, and
-    /// returns when the dialog has been closed.
+    /// Opens the dialog over \p parent, which may be null, and runs an event loop until it has closed. Starts a
+    /// search for \p track by \p artist at once, unless both are empty.
     ///
-    /// \p completion is called once for every download that the user has started and never otherwise: from the
-    /// event loop, before the dialog closes, or after this has returned when the user closed the dialog while
-    /// the download went on; not for those outstanding when the application object is destroyed. The user may
-    /// start a second download before the first has ended. The completion may do anything, opening another
-    /// dialog and closing the application included; without one, lyrics are dropped.
+    /// Calls \p completion from the event loop, exactly once for every download that the user starts. The first
+    /// download that ends closes the dialog after its completion has run. For downloads that end after the
+    /// dialog has closed, \p completion is called after this function has returned. Downloads outstanding when
+    /// the application object is destroyed are dropped. The completion may do anything, such as opening another
+    /// dialog or quitting the application. Without one, lyrics are dropped.
     static std::shared_ptr<QVLyricSearchWndCtl> popUp(const QString &track, const QString &artist,
                                                       CompletionCallback completion,
                                                       QWidget *parent = nullptr);
 
-    ~QVLyricSearchWndCtl() override;
+    /// The same, except that \p completion is no longer called once \p context has been destroyed. Use this if
+    /// the completion refers to an object that may be gone before a download ends.
+    ///
+    /// \throws std::invalid_argument when \p context is null; no dialog is opened.
+    static std::shared_ptr<QVLyricSearchWndCtl> popUp(const QString &track, const QString &artist,
+                                                      QObject *context, CompletionCallback completion,
+                                                      QWidget *parent = nullptr);
 
-    /// Whether a search or a download is outstanding. A second download's end is not waited for.
-    bool isSearching() const { return m_isSearching; }
+    ~QVLyricSearchWndCtl();
 
-    /// The candidates in the order in which they are shown.
+    /// True from the start of a search or a download until a reply has arrived. With several requests
+    /// outstanding, the first reply counts.
+    bool isSearching() const;
+
+    /// The candidates in the order shown; empty until a search has succeeded.
     QList<QJsonObject> lrcResults() const;
 
-    /// What takes the lyrics. A host that has gone on since may set an absent one.
-    CompletionCallback completionCB() const { return m_completionCB; }
-    void setCompletionCB(CompletionCallback completion) { m_completionCB = std::move(completion); }
+    /// The completion for all downloads that end from now on. A host may set an empty one to drop them.
+    CompletionCallback completionCB() const;
+    void setCompletionCB(CompletionCallback completion);
 
 private:
+    class Q_DECL_HIDDEN Private;
+
     explicit QVLyricSearchWndCtl(QWidget *parent);
 
-    bool eventFilter(QObject *watched, QEvent *event) override;
-    void windowDidLoad();
-    void runModal();
-    void setTrack(const QString &track, const QString &artist);
-    void setIsSearching(bool isSearching);
-    void refreshBtnsState();
-    void setSearchState(const QString &text);
-    QJsonObject reqParams() const;
-    void searchClick();
-    void selectRow(qint64 row);
-    void downloadClick();
-    void requestDetail(const QString &link);
-    void tableDoubleClick();
-    void cancelClick();
-    void closeWindow();
-    void windowWillClose();
-    void controlTextDidChange();
-
-    bool m_isSearching = false;
-    CompletionCallback m_completionCB;
-    const std::unique_ptr<QVSongLrcPrivate::LyricResultsModel>
-        m_results;                                       // outlives the window, which shows it
-    const std::unique_ptr<Ui::QVLyricSearchWndCtl> m_ui; // what it points at goes with the window
-    QPointer<QDialog> m_window;
-    QPointer<QEventLoop> m_modalRun;
+    const std::unique_ptr<Private> d;
 };

@@ -41,7 +41,7 @@ ClockBar::ClockBar(QWidget *parent)
         m_speeds->addItem(tr("%1×").arg(locale().toString(speed)), speed);
     m_speeds->setCurrentIndex(m_speeds->findData(m_speed));
     connect(m_speeds, &QComboBox::currentIndexChanged, this, [this] {
-        startFrom(now()); // what has passed, at the speed till now
+        startFrom(now()); // at the old speed
         m_speed = m_speeds->currentData().toDouble();
     });
     addWidget(m_speeds);
@@ -80,7 +80,7 @@ void ClockBar::stepSpeed(int steps)
 
 void ClockBar::setLength(qint64 milliseconds)
 {
-    // A song that has no times yet can be timed too.
+    // At least a minute, so that a song without times can be timed too.
     m_length = std::clamp<qint64>(milliseconds + 5000, 60'000, SongModel::LatestTime);
     showTime();
 }
@@ -94,7 +94,7 @@ void ClockBar::startFrom(qint64 time)
 void ClockBar::showTime()
 {
     m_time->setText(QVUtils::getTimeIntervalMMSSMSStr(now()));
-    const QSignalBlocker blocker(m_slider); // it shows the clock's time, and must not set it
+    const QSignalBlocker blocker(m_slider); // setValue() must not seek
     m_slider->setMaximum(int(std::max(m_length, now())));
     m_slider->setValue(int(now()));
 }

@@ -10,8 +10,8 @@ class QComboBox;
 class QLabel;
 class QSlider;
 
-/// The song's clock with its controls: runs, stops and is set like a player, but plays nothing. Times are ms from
-/// the start of the song, 0 to SongModel::LatestTime.
+/// The song's clock and its controls, like those of a player, but without sound. Times are ms from the start of
+/// the song, 0 to SongModel::LatestTime.
 class ClockBar : public QToolBar
 {
     Q_OBJECT
@@ -23,14 +23,14 @@ public:
     bool isPlaying() const { return m_timer.isActive(); }
 
     void setPlaying(bool isPlaying);
-    void seek(qint64 time); ///< to the nearest time that the clock has
+    void seek(qint64 time); ///< clamps to the clock's range
     void stepSpeed(int steps);
 
-    /// So far reaches the slider at least.
+    /// The song's length in ms; the slider covers at least that.
     void setLength(qint64 milliseconds);
 
 Q_SIGNALS:
-    void moved(qint64 now); ///< often while the clock runs, and when it is set
+    void moved(qint64 now); ///< about 30 times a second while the clock runs, and when it is set
     void playingChanged(bool isPlaying);
 
 private:
@@ -41,8 +41,8 @@ private:
     QLabel *m_time;
     QComboBox *m_speeds;
     QTimer m_timer;
-    QElapsedTimer m_elapsed; // since the clock stood at m_start
+    QElapsedTimer m_elapsed; // since the clock was at m_start
     qint64 m_start = 0;
-    double m_speed = 1; // so many ms of song pass in one
+    double m_speed = 1; // ms of song per ms
     qint64 m_length = 0;
 };

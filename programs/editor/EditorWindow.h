@@ -14,19 +14,19 @@ class LyricView;
 class PreviewPane;
 class QSplitter;
 
-/// A window with a song in it: the table of its lines, its text, its preview, and the clock to time it by.
+/// A window that edits a song: its lines as a table, its text, its preview, and a clock.
 class EditorWindow : public QMainWindow
 {
     Q_OBJECT
 
 public:
-    explicit EditorWindow(QWidget *parent = nullptr);
+    EditorWindow();
     ~EditorWindow() override;
 
-    /// Opens \p file as the user would.
+    /// Opens \p file, like the Open command.
     void open(const QString &file);
 
-    /// Takes a song up from a recovery file; false when it can't be had.
+    /// Opens the song in a recovery file; false if Recovery::takeOver() fails.
     bool recover(const QString &recoveryFile);
 
 protected:
@@ -37,14 +37,14 @@ protected:
 
 private:
     void addPanes();
-    void addCommands();
+    void addCommands(); // in EditorCommands.cpp
     void connectPanes();
     void searchOnline();
 
     void showSong(qsizetype row, qsizetype removed, qsizetype inserted);
     void showCurrentLine();
     void showTitle();
-    void say(const QString &text);
+    void showMessage(const QString &text);
 
     SongModel m_song;
     Recovery m_recovery{m_song};

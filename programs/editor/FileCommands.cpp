@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype MostRecent = 9; // as there are digits for their keys
+constexpr qsizetype MaxRecentFiles = 9; // their shortcuts are Ctrl+1 to Ctrl+9
 const QLatin1StringView RecentKey("recentFiles");
 
 } // namespace
@@ -27,8 +27,8 @@ FileCommands::FileCommands(SongModel &song, QWidget *window)
 
 void FileCommands::newSong()
 {
-    if (mayGiveUp())
-        m_song.begin({}, {});
+    if (confirmDiscard())
+        m_song.replaceSong({}, {});
 }
 
 void FileCommands::open()
@@ -41,13 +41,13 @@ void FileCommands::open()
 
 void FileCommands::openFile(const QString &file)
 {
-    if (!m_isAsking && mayGiveUp())
+    if (!m_isAsking && confirmDiscard())
         read(file);
 }
 
-bool FileCommands::mayGiveUp()
+bool FileCommands::confirmDiscard()
 {
-    Q_EMIT aboutToLook();
+    Q_EMIT aboutToUseSong();
     const SongFile &file = m_song.file();
     if (!m_song.isModified() && !file.isGone())
         return true;
@@ -64,14 +64,13 @@ bool FileCommands::mayGiveUp()
 
 bool FileCommands::save()
 {
-    Q_EMIT aboutToLook();
+    Q_EMIT aboutToUseSong();
     const SongFile &file = m_song.file();
     if (file.name().isEmpty())
         return saveAs();
     if (file.hasChangedOnDisk()) {
-        m_knowsOfChange = true;
-        const QString question =
-            tr("“%1” has changed on disk since it was opened. Save over what is there now?");
+        m_isChangeKnown = true;
+        const QString question = tr("“%1” has changed on disk since it was opened. Overwrite it?");
         if (ask(tr("File Changed"), question.arg(file.shortName()), QMessageBox::Save | QMessageBox::Cancel,
                 QMessageBox::Cancel)
             != QMessageBox::Save)
@@ -82,7 +81,7 @@ bool FileCommands::save()
 
 bool FileCommands::saveAs()
 {
-    Q_EMIT aboutToLook();
+    Q_EMIT aboutToUseSong();
     QString name = m_song.file().name();
     if (name.isEmpty())
         name = startFolder() + u"/song.lrc"_s;
@@ -111,7 +110,7 @@ bool FileCommands::write(const QString &name)
         QMessageBox::critical(m_window, tr("Not Saved"), QString::fromUtf8(error.what()));
         return false;
     }
-    m_knowsOfChange = false;
+    m_isChangeKnown = false;
     remember(file.name());
     Q_EMIT message(tr("Saved %1").arg(file.name()));
     return true;
@@ -121,29 +120,28 @@ void FileCommands::read(const QString &name)
 {
     QString text;
     try {
-        m_song.begin(SongFile::read(name, text), text);
+        m_song.replaceSong(SongFile::read(name, text), text);
     } catch (const FileError &error) {
         QMessageBox::critical(m_window, tr("Not Opened"), QString::fromUtf8(error.what()));
         return;
     }
-    m_knowsOfChange = false;
+    m_isChangeKnown = false;
     remember(m_song.file().name());
     const bool isSame = m_song.text() == text || m_song.text() == text + u'\n';
     Q_EMIT message(isSame ? tr("Opened %1").arg(m_song.file().name())
-                          : tr("Saving will tidy this file: blank lines, words in front of tags and tags in "
-                               "other forms are written anew"));
+                          : tr("Saving will reformat this file: blank lines, words before tags and tags in "
+                               "other forms are rewritten"));
 }
 
 void FileCommands::checkDisk()
 {
-    if (m_isAsking || m_knowsOfChange || !m_song.file().hasChangedOnDisk())
+    if (m_isAsking || m_isChangeKnown || !m_song.file().hasChangedOnDisk())
         return;
-    Q_EMIT aboutToLook();
-    m_knowsOfChange = true;
+    Q_EMIT aboutToUseSong();
+    m_isChangeKnown = true;
     const bool isModified = m_song.isModified();
-    const QString question = isModified
-        ? tr("“%1” has changed on disk. Read it again, and give up your changes?")
-        : tr("“%1” has changed on disk. Read it again?");
+    const QString question = isModified ? tr("“%1” has changed on disk. Reload it and lose your changes?")
+                                        : tr("“%1” has changed on disk. Reload it?");
     if (ask(tr("File Changed"), question.arg(m_song.file().shortName()), QMessageBox::Yes | QMessageBox::No,
             isModified ? QMessageBox::No : QMessageBox::Yes)
         == QMessageBox::Yes)
@@ -168,7 +166,7 @@ void FileCommands::remember(const QString &name)
     QStringList names = recentFiles();
     names.removeAll(name);
     names.prepend(name);
-    QSettings().setValue(RecentKey, names.first(std::min(names.size(), MostRecent)));
+    QSettings().setValue(RecentKey, names.first(std::min(names.size(), MaxRecentFiles)));
     Q_EMIT recentFilesChanged();
 }
 

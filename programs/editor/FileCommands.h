@@ -6,7 +6,7 @@
 
 #include <QMessageBox>
 
-/// Opening and saving, with all that is asked of the user on the way so that no lyric is lost.
+/// The commands that open and save files. They ask the user first where a song or file could be lost.
 class FileCommands : public QObject
 {
     Q_OBJECT
@@ -20,24 +20,24 @@ public:
     bool save();
     bool saveAs();
 
-    /// Opens \p file, unless the user wants to keep the song that is open or is being asked about it.
+    /// Opens \p file if confirmDiscard() agrees. Does nothing while a question is open.
     void openFile(const QString &file);
 
-    /// Whether the song may be given up: it is saved, or the user has said so.
-    bool mayGiveUp();
+    /// Whether the song may be closed or replaced. Offers to save unsaved changes first.
+    bool confirmDiscard();
 
-    /// Whether the user is being asked about the song, which must not change under the question.
+    /// Whether a question about the song is open. The song must not change until it is answered.
     bool isAsking() const { return m_isAsking; }
 
-    /// Tells of a file that somebody else has changed, unless the user knows, and offers to read it again.
+    /// Offers to reload the file if another program has changed it. Asks once for each opened or saved file.
     void checkDisk();
 
-    /// The files that were opened or saved last, the last one first.
+    /// The files opened or saved last, newest first.
     static QStringList recentFiles();
 
 Q_SIGNALS:
-    /// What is typed into a cell must become an edit before the song is looked at.
-    void aboutToLook();
+    /// Emitted before the song is checked or saved. An open cell must be committed now.
+    void aboutToUseSong();
     void recentFilesChanged();
     void message(const QString &text);
 
@@ -52,5 +52,5 @@ private:
     SongModel &m_song;
     QWidget *m_window;
     bool m_isAsking = false;
-    bool m_knowsOfChange = false;
+    bool m_isChangeKnown = false; // the user was asked about the change on disk
 };

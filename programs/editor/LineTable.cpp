@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Edits the kind in a list of the usual ones, which takes other keys too.
+// Edits the kind in a combo box of the usual ones, in which other keys can be typed.
 class KindDelegate : public QStyledItemDelegate
 {
 public:
@@ -31,9 +31,8 @@ public:
 
 } // namespace
 
-LineTable::LineTable(SongModel &song, QWidget *parent)
-    : QTableView(parent)
-    , m_song(song)
+LineTable::LineTable(SongModel &song)
+    : m_song(song)
 {
     setModel(&song);
     setItemDelegateForColumn(SongModel::Kind, new KindDelegate(this));
@@ -63,8 +62,8 @@ SongModel::Rows LineTable::selectedRows() const
 
 void LineTable::select(qsizetype row)
 {
-    // With Ctrl or Shift held, as for undo and redo, the table would add the line to the others. Who goes round it, by
-    // its selection model, lets Shift go on from where the last click was.
+    // With Ctrl or Shift held, as for undo and redo, the table would extend the selection. Using the selection
+    // model instead would leave Shift's anchor at the last click.
     setSelectionMode(SingleSelection);
     setCurrentIndex(m_song.index(int(row), SongModel::Text));
     setSelectionMode(ExtendedSelection);
@@ -74,7 +73,7 @@ void LineTable::select(qsizetype row)
 void LineTable::commitOpenEditor()
 {
     if (state() == EditingState)
-        setFocus(); // which the cell then loses
+        setFocus(); // a cell commits when it loses the focus
 }
 
 void LineTable::insertLine()
@@ -98,7 +97,7 @@ void LineTable::deleteLines()
 void LineTable::moveLines(qint64 milliseconds)
 {
     if (!m_song.moveLines(selectedRows(), milliseconds))
-        Q_EMIT message(tr("No time tag can say more than 99:59.99"));
+        Q_EMIT message(tr("A time tag can't exceed 99:59.99"));
 }
 
 void LineTable::moveLinesByAmount()
@@ -107,7 +106,7 @@ void LineTable::moveLinesByAmount()
         return;
     bool isChosen = false;
     const int milliseconds = QInputDialog::getInt(
-        window(), tr("Move Lines"), tr("Move the selected lines by so many milliseconds:"), 0,
+        window(), tr("Move Lines"), tr("Move the selected lines by this many milliseconds:"), 0,
         -int(SongModel::LatestTime), int(SongModel::LatestTime), 10, &isChosen);
     if (isChosen)
         moveLines(milliseconds);

@@ -6,29 +6,28 @@
 
 #include <QTableView>
 
-/// The table of a song's lines, of which whole lines are selected, and the commands on those.
+/// The table of a song's lines, and the commands on the selected lines.
 class LineTable : public QTableView
 {
     Q_OBJECT
 
 public:
-    explicit LineTable(SongModel &song, QWidget *parent = nullptr);
+    explicit LineTable(SongModel &song);
 
-    /// -1 where there are no lines.
+    /// -1 if there are no lines.
     qsizetype currentRow() const { return currentIndex().row(); }
 
-    /// Makes the line the current one, and the only one selected.
+    /// Makes the line the current one and the only one selected.
     void select(qsizetype row);
 
-    /// Makes what is being typed into a cell an edit. Another edit of the line would show the cell anew, and what
-    /// was typed would be lost.
+    /// Commits the cell that is being edited. Another edit of the line would reset the cell.
     void commitOpenEditor();
 
-    void insertLine();                   ///< below the current one, and opens it
-    void deleteLines();                  ///< all that are selected
-    void moveLines(qint64 milliseconds); ///< all that are selected
-    void moveLinesByAmount();            ///< that the user is asked for
-    void stamp(qint64 milliseconds);     ///< the current line, and goes to the next
+    void insertLine();                   ///< below the current one, and opens its text
+    void deleteLines();                  ///< the selected ones
+    void moveLines(qint64 milliseconds); ///< the selected ones
+    void moveLinesByAmount();            ///< asks for the amount
+    void stamp(qint64 milliseconds);     ///< sets the current line's first time, and selects the next line
 
 Q_SIGNALS:
     void message(const QString &text);

@@ -4,8 +4,7 @@
 
 #include <QScrollBar>
 
-LyricView::LyricView(QWidget *parent)
-    : QListView(parent)
+LyricView::LyricView()
 {
     setModel(&m_lines);
     setUniformItemSizes(true);
@@ -18,7 +17,7 @@ void LyricView::setLyric(const QString &text)
     const int place = verticalScrollBar()->value();
     m_text = text;
     QStringList lines = text.split(u'\n');
-    lines.removeLast(); // there is none after the last line feed
+    lines.removeLast(); // the empty one after the last line feed
     m_lines.setStringList(lines);
     verticalScrollBar()->setValue(place);
 }

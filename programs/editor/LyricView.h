@@ -9,19 +9,19 @@
 
 #include <optional>
 
-/// Shows a text that a document wrote, line by line, and highlights a line of it by the line's range. A list of
-/// lines only ever looks at those in view, which with long songs a text widget does not.
+/// Shows a document's text, and highlights one line. A list view, since it only lays out the visible lines of a
+/// long song.
 class LyricView : public QListView
 {
     Q_OBJECT
 
 public:
-    explicit LyricView(QWidget *parent = nullptr);
+    LyricView();
 
     /// Shows \p text, with nothing highlighted.
     void setLyric(const QString &text);
 
-    /// Highlights the line that lies at \p range, in UTF-16 code units, and brings it into view.
+    /// Highlights the line at \p range, in UTF-16 code units, and scrolls to it.
     void highlight(std::optional<QVTextRange> range);
 
 private:

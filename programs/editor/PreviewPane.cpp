@@ -6,7 +6,7 @@
 
 namespace {
 
-// A line of a preview has one time. In seconds, by playTime(), it may be a ms less when it is made ms again.
+// A preview's line has one time. Not playTime(): its seconds can be 1 ms less when converted back.
 qint64 timeOf(const std::shared_ptr<QVSongLine> &line)
 {
     return line->aryTimes()->first();
@@ -14,8 +14,7 @@ qint64 timeOf(const std::shared_ptr<QVSongLine> &line)
 
 } // namespace
 
-PreviewPane::PreviewPane(QWidget *parent)
-    : LyricView(parent)
+PreviewPane::PreviewPane()
 {
     m_song.buildWithLrcText({});
     const auto choose = [this](const QModelIndex &index) {
@@ -49,7 +48,7 @@ void PreviewPane::setNow(qint64 now)
         return;
     m_current = current;
     highlight(current < 0 ? std::nullopt : std::optional(lines[current]->txtRg()));
-    scrollTo(currentIndex(), PositionAtCenter); // what comes next is to be seen too
+    scrollTo(currentIndex(), PositionAtCenter); // shows the next lines too
 }
 
 qint64 PreviewPane::length() const
@@ -60,7 +59,7 @@ qint64 PreviewPane::length() const
 
 void PreviewPane::showText()
 {
-    setLyric(m_song.previewSongTextWithHasTag(m_hasTags)); // which also tells the lines their ranges
+    setLyric(m_song.previewSongTextWithHasTag(m_hasTags)); // also sets the lines' ranges
     m_current = -1;
     setNow(m_now);
 }

@@ -6,24 +6,24 @@
 
 #include <QVSongLrc/QVPreviewSong.h>
 
-/// The song as it plays, the line highlighted that is sung now. Times are in ms.
+/// The song as it plays, with the current line highlighted. Times are in ms.
 class PreviewPane : public LyricView
 {
     Q_OBJECT
 
 public:
-    explicit PreviewPane(QWidget *parent = nullptr);
+    PreviewPane();
 
-    /// Shows what \p songText plays like.
+    /// Shows the preview of \p songText.
     void setSong(const QString &songText);
     void setHasTags(bool hasTags);
     void setNow(qint64 now);
 
-    /// The time of the last line; 0 without lines.
+    /// The time of the last line; 0 if there is none.
     qint64 length() const;
 
 Q_SIGNALS:
-    /// The user chose the line that is sung at this time.
+    /// The user chose the line at this time.
     void lineChosen(qint64 time);
 
 private:

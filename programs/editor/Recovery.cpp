@@ -18,11 +18,11 @@ QString folder()
     return QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation) + u"/recovery"_s;
 }
 
-// Null while another holds it.
+// Null if another program holds it.
 std::unique_ptr<QLockFile> lock(const QString &recoveryFile)
 {
     auto file = std::make_unique<QLockFile>(recoveryFile + u".lock"_s);
-    file->setStaleLockTime(0); // its program may run for long
+    file->setStaleLockTime(0); // never stale while its program runs
     return file->tryLock() ? std::move(file) : nullptr;
 }
 
@@ -46,7 +46,7 @@ Recovery::Recovery(SongModel &song)
         if (!m_song.isModified()) {
             remove();
             Q_EMIT written({});
-        } else if (!m_timer.isActive()) { // not put off by further edits
+        } else if (!m_timer.isActive()) { // further edits do not delay it
             m_timer.start();
         }
     };
@@ -59,7 +59,7 @@ Recovery::~Recovery()
     remove();
 }
 
-QStringList Recovery::left()
+QStringList Recovery::abandoned()
 {
     QStringList files;
     const QDir directory(folder());
@@ -78,15 +78,15 @@ QString Recovery::songOf(const QString &recoveryFile)
 
 bool Recovery::takeOver(const QString &recoveryFile)
 {
-    auto itsLock = lock(recoveryFile);
+    auto fileLock = lock(recoveryFile);
     const QJsonObject json = readJson(recoveryFile);
-    if (!itsLock || !json.contains("text"_L1))
+    if (!fileLock || !json.contains("text"_L1))
         return false;
-    m_song.begin(SongFile::fromJson(json), json["text"_L1].toString());
-    m_song.undoStack().resetClean(); // it was never saved
-    remove();                        // what this object had before
+    m_song.replaceSong(SongFile::fromJson(json), json["text"_L1].toString());
+    m_song.undoStack().resetClean(); // its changes are unsaved
+    remove();                        // the file that this object had before
     m_file = recoveryFile;
-    m_lock = std::move(itsLock);
+    m_lock = std::move(fileLock);
     return true;
 }
 
@@ -106,10 +106,11 @@ void Recovery::write()
     m_writer.start([this, name = m_file, json] {
         QSaveFile file(name);
         const QByteArray bytes = QJsonDocument(json).toJson(QJsonDocument::Compact);
-        // commit() does not see what fails as it flushes, and would put an empty file in the place of a good one.
+        // commit() ignores a failing flush() and would replace a good file by an empty one.
         const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size()
             && file.flush() && file.commit();
-        Q_EMIT written(isWritten ? QString() : tr("No recovery file %1: %2").arg(name, file.errorString()));
+        Q_EMIT written(isWritten ? QString()
+                                 : tr("Can't write the recovery file %1: %2").arg(name, file.errorString()));
     });
 }
 

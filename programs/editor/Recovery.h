@@ -10,11 +10,10 @@
 
 #include <memory>
 
-/// Keeps what was not saved of a song in a recovery file, so that a program that is killed loses nothing.
+/// Keeps a song's unsaved changes in a recovery file, so that they survive if the program is killed.
 ///
-/// The file is written shortly after each edit, and goes when the song is saved or this object is destroyed,
-/// which a window does when its user has decided what becomes of the song. A file that outlives its program
-/// is left(), and can be taken over.
+/// The file is written 0.3 s after an edit. It is deleted when the song is saved and when this object is
+/// destroyed, that is, when a window closes. A file whose program has ended is abandoned() and can be taken over.
 class Recovery : public QObject
 {
     Q_OBJECT
@@ -24,22 +23,22 @@ public:
     ~Recovery() override;
 
     /// The recovery files whose programs have ended.
-    static QStringList left();
+    static QStringList abandoned();
 
-    /// The name of the song's file that a recovery file belongs to; empty when it had none.
+    /// The file name of a recovery file's song; empty if the song had none.
     static QString songOf(const QString &recoveryFile);
 
-    /// Gives this object's song the content of \p recoveryFile, which becomes its own. False when another program
-    /// has it, or it can't be read.
+    /// Loads the song from \p recoveryFile, which becomes this object's file. False if another program uses it or
+    /// it can't be read.
     bool takeOver(const QString &recoveryFile);
 
-    /// Deletes a recovery file that nobody wants, and that no program has.
+    /// Deletes a recovery file unless a program uses it.
     static void discard(const QString &recoveryFile);
 
 Q_SIGNALS:
-    /// The last edits are in the recovery file, or need none, or \p why says to people why they are in none.
-    /// Emitted in the thread that writes, too.
-    void written(const QString &why);
+    /// The recovery file is up to date, or \p error is a message that says why not. Also emitted in the thread
+    /// that writes.
+    void written(const QString &error);
 
 private:
     void write();
@@ -47,7 +46,7 @@ private:
 
     SongModel &m_song;
     QString m_file;
-    std::unique_ptr<QLockFile> m_lock; // held for as long as there may be a file of ours
+    std::unique_ptr<QLockFile> m_lock; // held while m_file may exist
     QTimer m_timer;
-    QThreadPool m_writer; // of one thread: a slow disk holds no key up, and the last text is written last
+    QThreadPool m_writer; // one thread: a slow disk does not block the user, and writes stay in order
 };

@@ -16,7 +16,7 @@ QByteArray hashOf(const QString &name)
 {
     QCryptographicHash hash(QCryptographicHash::Sha256);
     QFile file(name);
-    // A device or a pipe has no content to come back to, and reading it may never end.
+    // Reading a device or a pipe may never end.
     if (!QFileInfo(name).isFile() || !file.open(QIODevice::ReadOnly) || !hash.addData(&file))
         return {};
     return hash.result();
@@ -33,7 +33,7 @@ SongFile SongFile::read(const QString &name, QString &text)
     file.m_hash = hashOf(file.m_name);
     auto decoded = readTextFile(file.m_name);
     file.m_encoding = decoded.encoding;
-    // Only a line feed ends a line of a song. Where CR LF ends them all, the CR is the file's, not the song's.
+    // A song's lines end at line feeds. If all of them are CR LF, the CRs belong to the file, not to the song.
     file.m_hasCrLf =
         decoded.text.contains(u'\n') && decoded.text.count(u'\n') == decoded.text.count("\r\n"_L1);
     text = file.m_hasCrLf ? decoded.text.replace("\r\n"_L1, "\n"_L1) : decoded.text;

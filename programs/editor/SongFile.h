@@ -8,38 +8,37 @@
 #include <QJsonObject>
 #include <QString>
 
-/// The file that a song is kept in: its name, how it is written, and what it held when the editor saw it last.
-/// A value.
+/// A song's file: its name, encoding and line ends, and a hash of its last known content. A value.
 class SongFile
 {
 public:
-    /// Reads \p name; \p text gets its lines with line feeds between them. \throws FileError
+    /// Reads \p name and sets \p text to its content, with line feeds as line ends. \throws FileError
     static SongFile read(const QString &name, QString &text);
 
-    /// Replaces the file's content in the file's own encoding and with its own line ends. A file that could
-    /// not be written is left as it was. \throws FileError
+    /// Replaces the file's content, in the file's encoding and with its line ends. \throws FileError; the file
+    /// stays as it was.
     void write(const QString &text);
 
     /// Whether the file's encoding has every character of \p text.
     bool canHold(const QString &text) const;
 
-    /// Whether somebody else has written the file since the editor did.
+    /// Whether the file's content differs from what was last read or written here.
     bool hasChangedOnDisk() const;
 
-    /// Whether there is no such file any more. It has not changed then: writing it anew loses nothing.
+    /// Whether the file no longer exists. It does not count as changed then: writing it loses nothing.
     bool isGone() const;
 
     /// Absolute; empty for a song without a file.
     QString name() const { return m_name; }
-    QString shortName() const; ///< without folders
+    QString shortName() const; ///< without the folder
     void setName(const QString &name);
 
     QString encodingName() const { return QString::fromLatin1(m_encoding.name); }
 
-    /// Writes in UTF-8 from now on, which has every character.
+    /// Writes in UTF-8 from now on.
     void useUtf8() { m_encoding = {}; }
 
-    /// All of it, but for the song's text.
+    /// All of it, for a recovery file. The song's text is not included.
     QJsonObject toJson() const;
     static SongFile fromJson(const QJsonObject &json);
 
@@ -47,5 +46,5 @@ private:
     QString m_name;
     TextEncoding m_encoding;
     bool m_hasCrLf = false;
-    QByteArray m_hash; // of the bytes on disk, empty where there are none
+    QByteArray m_hash; // of the bytes on disk; empty without a file
 };

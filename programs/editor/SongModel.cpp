@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// A copy of the draft's line, in the line's place, to be changed.
+// Replaces the draft's line by a copy that may be changed.
 QVSongLine &ownLine(QVEditSong &draft, qsizetype row)
 {
     auto &line = (*draft.aryLines())[row];
@@ -18,20 +18,16 @@ QVSongLine &ownLine(QVEditSong &draft, qsizetype row)
     return *line;
 }
 
-// The time tags that somebody typed, of which a single one may do without its brackets; nothing when there is
-// anything else.
+// The time tags in what the user typed. A single tag may lack its brackets. Nothing if there is any other text.
 std::optional<QStringList> typedTags(const QString &typed)
 {
-    const QString text = typed.simplified().replace("] ["_L1, "]["_L1);
-    QStringList parts;
-    if (text.startsWith(u'[') && text.endsWith(u']'))
-        parts = text.sliced(1).chopped(1).split("]["_L1);
-    else if (!text.isEmpty())
-        parts = QStringList(text);
+    QString text = typed.trimmed();
+    if (!text.isEmpty() && !text.contains(u'[') && !text.contains(u']'))
+        text = u'[' + text + u']';
     QStringList tags;
-    for (const QString &part : std::as_const(parts)) {
-        tags += u'[' + part + u']';
-        if (part.contains(u'[') || part.contains(u']') || !QVUtils::isTimeString(tags.last()))
+    for (; !text.isEmpty(); text = text.sliced(tags.last().size()).trimmed()) {
+        tags += text.first(text.indexOf(u']') + 1);
+        if (tags.last().lastIndexOf(u'[') != 0 || !QVUtils::isTimeString(tags.last()))
             return {};
     }
     return tags;
@@ -39,7 +35,7 @@ std::optional<QStringList> typedTags(const QString &typed)
 
 } // namespace
 
-// Some lines in the place of others.
+// Replaces some consecutive lines by others.
 class SongModel::Step : public QUndoCommand
 {
 public:
@@ -75,16 +71,16 @@ QString SongModel::property(QStringView key) const
     return line == lines().cend() ? QString() : (*line)->lineText();
 }
 
-void SongModel::begin(const SongFile &file, const QString &text)
+void SongModel::replaceSong(const SongFile &file, const QString &text)
 {
     m_undoStack.clear();
-    m_undoStack.setClean(); // a song that was recovered is not, and without an edit there is nothing to clear
+    m_undoStack.setClean(); // clear() does not do this for an empty stack, as a recovered song may have
     m_file = file;
     ++m_number;
     QVEditSong song;
     song.buildWithLrcText(text);
     splice(0, lines().size(), *song.aryLines());
-    Q_EMIT begun();
+    Q_EMIT songReplaced();
 }
 
 void SongModel::save(SongFile file)
@@ -204,12 +200,12 @@ bool SongModel::setData(const QModelIndex &index, const QVariant &value, int rol
     if (index.column() == Text)
         return setText(index.row(), typed);
     const bool isTime = index.column() == Times;
-    const bool isTaken = isTime ? setTimes(index.row(), typed) : setKey(index.row(), typed);
-    if (!isTaken)
-        Q_EMIT refused((isTime ? tr("“%1” is no time: write [mm:ss.xx], several in a row")
-                               : tr("“%1” is no property: write two letters a to z"))
+    const bool isValid = isTime ? setTimes(index.row(), typed) : setKey(index.row(), typed);
+    if (!isValid)
+        Q_EMIT refused((isTime ? tr("“%1” is not a time: write [mm:ss.xx], several in a row")
+                               : tr("“%1” is not a property: write two letters a to z"))
                            .arg(typed));
-    return isTaken;
+    return isValid;
 }
 
 bool SongModel::setTimes(qsizetype row, const QString &typed)
@@ -218,17 +214,13 @@ bool SongModel::setTimes(qsizetype row, const QString &typed)
     if (!tags || lines()[row]->isProperty())
         return false;
     edit(tr("Change Times"), [&](QVEditSong &draft) {
-        QVSongLine &line = ownLine(draft, row);
-        const auto times = line.aryTimes();
+        const auto times = ownLine(draft, row).aryTimes(); // the line's own list
+        times->resize(tags->size(), 0);
         for (qsizetype i = 0; i < tags->size(); ++i) {
-            const QString &tag = tags->at(i);
-            if (i >= times->size())
-                line.appendTime(QVUtils::getTimeInterval(tag));
-            else if (tag != QVUtils::getTimeIntervalPeerStr(times->at(i))) // which lacks the last digit
-                line.updateWithTimeStr(tag, i);
+            // Keep a time whose tag is unchanged: it may have a last digit that the tag lacks.
+            if (tags->at(i) != QVUtils::getTimeIntervalPeerStr(times->at(i)))
+                (*times)[i] = QVUtils::getTimeInterval(tags->at(i));
         }
-        while (times->size() > tags->size())
-            line.updateWithTimeStr(QString(), times->size() - 1);
     });
     return true;
 }
@@ -236,8 +228,7 @@ bool SongModel::setTimes(qsizetype row, const QString &typed)
 bool SongModel::setKey(qsizetype row, const QString &typed)
 {
     const QString key = typed == lyricKind() ? QString() : typed.trimmed();
-    const bool isKey = key.size() == 2
-        && std::all_of(key.cbegin(), key.cend(), [](QChar c) { return c >= u'a' && c <= u'z'; });
+    const bool isKey = key.size() == 2 && QVUtils::isPropertyString(u'[' + key + u":]"_s);
     if (!isKey && !key.isEmpty())
         return false;
     edit(tr("Change Kind"), [&](QVEditSong &draft) {
@@ -250,50 +241,46 @@ bool SongModel::setKey(qsizetype row, const QString &typed)
 
 bool SongModel::setText(qsizetype row, QString typed)
 {
-    typed.replace(u'\n', u' ').replace(u'\r', u' '); // it stays one line
+    typed.replace(u'\n', u' ').replace(u'\r', u' '); // a pasted text may have several lines
     edit(tr("Change Text"), [&](QVEditSong &draft) {
         QVSongLine &line = ownLine(draft, row);
         if (line.isProperty())
-            line.setLineText(typed); // updateWithText() would look for a whole tag, and make a lyric line
+            line.setLineText(typed); // updateWithText() would make it a lyric line
         else
             line.updateWithText(typed);
     });
     return true;
 }
 
-// False when the change changes nothing.
 bool SongModel::edit(const QString &name, const std::function<void(QVEditSong &)> &change)
 {
     QVEditSong draft;
     draft.setAryLines(std::make_shared<QVSongLineList>(lines()));
     change(draft);
-
-    // The lines that are the same at both ends are no part of the step.
+    // The step leaves out the lines at both ends that stay the same.
     const QVSongLineList &before = lines();
     const QVSongLineList &after = *std::as_const(draft).aryLines();
-    const qsizetype shorter = std::min(before.size(), after.size());
-    const auto head = std::mismatch(before.cbegin(), before.cbegin() + shorter, after.cbegin()).first;
-    const qsizetype row = head - before.cbegin();
+    const auto head =
+        std::mismatch(before.cbegin(), before.cend(), after.cbegin(), after.cend()).first - before.cbegin();
     const auto tail =
-        std::mismatch(before.crbegin(), before.crbegin() + (shorter - row), after.crbegin()).first;
-    const qsizetype same = row + (tail - before.crbegin());
-    QVSongLineList removed = before.sliced(row, before.size() - same);
-    QVSongLineList inserted = after.sliced(row, after.size() - same);
+        std::mismatch(before.crbegin(), before.crend() - head, after.crbegin(), after.crend() - head).first
+        - before.crbegin();
+    QVSongLineList removed = before.sliced(head, before.size() - head - tail);
+    QVSongLineList inserted = after.sliced(head, after.size() - head - tail);
     if (std::equal(removed.cbegin(), removed.cend(), inserted.cbegin(), inserted.cend(),
                    [](const auto &a, const auto &b) { return a->isEqual(b); }))
         return false;
-    m_undoStack.push(new Step(*this, name, row, std::move(removed), std::move(inserted)));
+    m_undoStack.push(new Step(*this, name, head, std::move(removed), std::move(inserted)));
     return true;
 }
 
 void SongModel::splice(qsizetype row, qsizetype removed, const QVSongLineList &inserted)
 {
     QVSongLineList &all = *m_song.aryLines();
-    // A line out of the song would go on slicing the whole text that it was in: it takes its own text out.
+    // A removed line would keep the whole song text alive; lineText() makes it keep only its own part.
     for (const auto &line : all.sliced(row, removed))
         line->lineText();
-    // Lines in the place of others change; what is more or less comes or goes behind them. It goes first: the table
-    // then moves to a line whose range must still be one in the text that is shown.
+    // Insert or remove first: the table may select another line, whose range must match the text shown.
     const qsizetype changes = std::min(removed, inserted.size());
     const qsizetype behind = row + changes;
     if (removed > changes) {
@@ -308,6 +295,6 @@ void SongModel::splice(qsizetype row, qsizetype removed, const QVSongLineList &i
     std::copy_n(inserted.cbegin(), changes, all.begin() + row);
     if (changes > 0)
         Q_EMIT dataChanged(index(int(row), 0), index(int(behind) - 1, ColumnCount - 1));
-    m_song.updateSongText(); // and the lines' ranges with it
+    m_song.updateSongText();
     Q_EMIT changed(row, removed, inserted.size());
 }

@@ -14,10 +14,10 @@
 
 /// The song that a window edits: the library's QVEditSong as a table of its lines, with its file and undo stack.
 ///
-/// A line that has got into the song never changes again. An edit works on a draft that shares the song's lines:
-/// it puts a changed copy in the place of each line that it changes. What the draft then has in place of which
-/// lines is one undo step, so that undoing puts the very lines back that were there before. A step costs what it
-/// changes, and the song's text is written anew each time, in some ms for 20,000 lines.
+/// Lines in the song are never changed. An edit makes a draft that shares the song's lines, and replaces those
+/// that it changes by changed copies. The difference between the song and the draft is one undo step, so undo
+/// restores the old line objects. A step keeps only the lines that it replaces. Each step rewrites the song's
+/// text, which takes some ms for 20,000 lines.
 class SongModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -26,10 +26,10 @@ public:
     enum Column { Times, Kind, Text, ColumnCount };
     using Rows = std::set<quint64>;
 
-    /// In ms. A tag that has more than two digits for the minutes is none, and would be read as words.
+    /// In ms. A time tag has two digits for the minutes; one with more would be read as text.
     static constexpr qint64 LatestTime = 100 * 60'000 - 1;
 
-    /// What the kind of a line that is no property is called; that of a property is its key.
+    /// The kind of a line that is not a property. The kind of a property is its key.
     static QString lyricKind() { return tr("Lyric"); }
 
     SongModel();
@@ -37,7 +37,7 @@ public:
     const QVSongLineList &lines() const { return *m_song.aryLines(); }
     QString text() const { return m_song.songText(); }
 
-    /// The value of the first property \p key, such as "ti"; absent when there is none.
+    /// The value of the first property with this key, such as "ti"; null if there is none.
     QString property(QStringView key) const;
 
     QUndoStack &undoStack() { return m_undoStack; }
@@ -45,25 +45,24 @@ public:
 
     const SongFile &file() const { return m_file; }
 
-    /// Each song that was begun has another number.
+    /// Identifies the song: replaceSong() gives each one a new number.
     int number() const { return m_number; }
 
-    /// Gives up the song for another, which counts as saved in \p file.
-    void begin(const SongFile &file, const QString &text);
+    /// Replaces the song by \p text, which counts as saved in \p file. Clears the undo stack.
+    void replaceSong(const SongFile &file, const QString &text);
 
-    /// Writes the song to \p file, its own from then on. \throws FileError; nothing changes
+    /// Writes the song to \p file, which becomes its file. \throws FileError; the song keeps its old file.
     void save(SongFile file);
 
-    // Edits. Each is one undo step; one that changes nothing is none. Those that answer false were given what
-    // they can't take.
+    // Edits. Each that changes something is one undo step.
     void insertLine(qsizetype row);
     void deleteLines(const Rows &rows);
-    bool moveLines(const Rows &rows, qint64 milliseconds); ///< false when one would pass LatestTime
+    bool moveLines(const Rows &rows, qint64 milliseconds); ///< false if a time would exceed LatestTime
     bool stamp(qsizetype row, qint64 milliseconds);        ///< sets the first time; false for a property
-    bool insertMakerMark();                                ///< false when it is there
-    void load(const QString &text);                        ///< in the place of all lines
+    bool insertMakerMark();                                ///< false if it is there already
+    void load(const QString &text);                        ///< replaces all lines
 
-    // What is typed into a cell becomes an edit.
+    /// An edit; emits refused() and returns false if \p value is not valid in the cell.
     bool setData(const QModelIndex &index, const QVariant &value, int role) override;
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
@@ -72,20 +71,20 @@ public:
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
 Q_SIGNALS:
-    void begun();
+    void songReplaced();
     void saved();
 
-    /// The song has \p inserted lines from \p row on where it had \p removed others.
+    /// \p removed lines from \p row on were replaced by \p inserted others.
     void changed(qsizetype row, qsizetype removed, qsizetype inserted);
 
-    /// A cell was given what it can't take; \p why is for people.
+    /// The user typed something that is not valid in its cell; \p why is a message for them.
     void refused(const QString &why);
 
 private:
     class Step;
 
     bool setTimes(qsizetype row, const QString &typed); // "[00:01.00][00:09.50]", "1:02.5" or nothing
-    bool setKey(qsizetype row, const QString &typed);   // two letters a to z; nothing makes a lyric line
+    bool setKey(qsizetype row, const QString &typed);   // two letters a to z, or nothing for a lyric line
     bool setText(qsizetype row, QString typed);
     bool edit(const QString &name, const std::function<void(QVEditSong &draft)> &change);
     void splice(qsizetype row, qsizetype removed, const QVSongLineList &inserted);

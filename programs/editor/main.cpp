@@ -25,11 +25,11 @@ void show(EditorWindow *window)
     window->show();
 }
 
-// Offers what a program that was killed has left. Each song gets a window of its own; answers how many there are.
+// Offers to recover the songs of editors that were killed. Opens a window for each; returns how many.
 int recoverSongs()
 {
     int count = 0;
-    const QStringList files = Recovery::left();
+    const QStringList files = Recovery::abandoned();
     for (const QString &file : files) {
         QString song = Recovery::songOf(file);
         if (song.isEmpty())
@@ -71,7 +71,7 @@ int main(int argc, char **argv)
     lookup.addTo(options);
     try {
         options.parse(argc, argv);
-    } catch (const CLI::ParseError &error) { // a wish for help among them
+    } catch (const CLI::ParseError &error) { // --help and --version too
         return options.exit(error) == 0 ? 0 : WrongUsage;
     }
 
