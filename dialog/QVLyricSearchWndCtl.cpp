@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include <QVSongLrc/QVLyricSearchWndCtl.h>
 
-#include "lookup/SafeModel.h"
 #include "LyricResultsModel.h"
 #include "Translations.h"
+#include "lookup/LookupProtocol.h"
+#include "lookup/SafeModel.h"
 #include "ui_QVLyricSearchWndCtl.h"
 
 #include <QVSongLrc/QVSongLrcConstants.h>
@@ -209,7 +210,7 @@ void QVLyricSearchWndCtl::downloadClick()
     const QList<QJsonObject> results = m_results->results();
     if (row < 0 || row >= results.size())
         return;
-    const QString link = stringForKeySafeModel(results[row], QLatin1StringView("link"));
+    const QString link = stringForKeySafeModel(results[row], LookupProtocol::Link);
     if (link.isEmpty())
         qWarning("[LYRIC] no link to load");
     else

@@ -2,17 +2,20 @@
 // SPDX-License-Identifier: MIT
 #include <QVSongLrc/ZTLyricRequestModel.h>
 
-#include "model/Saturating.h"
 #include "AnswerReader.h"
+#include "LookupLog.h"
+#include "LookupProtocol.h"
 #include "LookupScope.h"
 #include "QtHttpClient.h"
 #include "SafeModel.h"
+#include "model/Saturating.h"
 
 #include <QVSongLrc/QVLrcUtils.h>
+#include <QVSongLrc/QVLyricService.h>
 #include <QVSongLrc/QVSongLrcConstants.h>
 
 #include <QCoreApplication>
-#include <QDebug>
+#include <QPointer>
 
 #include <algorithm>
 #include <cmath>
@@ -21,19 +24,25 @@
 
 using namespace QVSongLrcPrivate;
 
+struct ZTLyricRequestModel::Private
+{
+    QJsonObject reqParams;
+    std::shared_ptr<QList<qint64>> retryIndexes = std::make_shared<QList<qint64>>(QList<qint64>{0, 1, 2});
+    std::shared_ptr<QVLyricDataTask> dataTask;
+};
+
+namespace QVSongLrcPrivate {
+Q_LOGGING_CATEGORY(lookupLog, "qvsonglrc.lookup")
+}
+
 namespace {
 
-constexpr qint64 EmptyQuery = -1002;
-constexpr qint64 SearchFailed = -1002;
-constexpr qint64 DetailFailed = -1011;
-constexpr qint64 NothingFound = -1004;
-
-/// Logs a transport failure, and stands in for the error of one that came without.
+/// Logs a transport failure. Makes an error when the transport gave none.
 QVLyricError transportFailure(const std::optional<QVLyricError> &error, qint64 codeWithoutError)
 {
     QVLyricError failure = error.value_or(
         QVLyricError{QVLyricError::ServiceDomain, codeWithoutError, QStringLiteral("networkError")});
-    qWarning().noquote() << failure.description();
+    qCWarning(lookupLog).noquote() << failure.description();
     return failure;
 }
 
@@ -44,21 +53,45 @@ void require(const Completion &completion)
         throw std::invalid_argument("ZTLyricRequestModel: a request needs a completion");
 }
 
+/// \p completion, to be called only while \p context exists.
+template <typename Completion>
+Completion whileExists(QObject *context, Completion completion)
+{
+    require(completion);
+    if (!context)
+        throw std::invalid_argument("ZTLyricRequestModel: the context is null");
+    return [context = QPointer(context), completion = std::move(completion)](const auto &...answer) {
+        if (context)
+            completion(answer...);
+    };
+}
+
 QString orEmpty(const QString &text)
 {
     return text.isNull() ? QStringLiteral("") : text;
 }
 
+QString valueOf(const QJsonObject &query, QLatin1StringView key)
+{
+    return orEmpty(stringForKeySafeModel(query, key));
+}
+
+QString joined(const QJsonObject &query)
+{
+    return valueOf(query, Key_Lyric_Trackname) + valueOf(query, Key_Lyric_Artist);
+}
+
 } // namespace
 
 ZTLyricRequestModel::ZTLyricRequestModel(const QJsonObject &reqParams)
-    : m_reqParams(reqParams)
+    : d(new Private)
 {
+    d->reqParams = reqParams;
 }
 
 ZTLyricRequestModel::~ZTLyricRequestModel()
 {
-    qInfo("ZTLyricRequestModel dealloced ----");
+    qCInfo(lookupLog, "ZTLyricRequestModel dealloced ----");
 }
 
 std::shared_ptr<ZTLyricRequestModel> ZTLyricRequestModel::initWithReqParams(const QJsonObject &reqParams)
@@ -66,27 +99,53 @@ std::shared_ptr<ZTLyricRequestModel> ZTLyricRequestModel::initWithReqParams(cons
     return std::shared_ptr<ZTLyricRequestModel>(new ZTLyricRequestModel(reqParams));
 }
 
-QString ZTLyricRequestModel::queryValue(QLatin1StringView key) const
+std::shared_ptr<QList<qint64>> ZTLyricRequestModel::retryIndexes() const
 {
-    return orEmpty(stringForKeySafeModel(m_reqParams, key));
+    return d->retryIndexes;
+}
+
+void ZTLyricRequestModel::setRetryIndexes(std::shared_ptr<QList<qint64>> indexes)
+{
+    d->retryIndexes = std::move(indexes);
+}
+
+QJsonObject ZTLyricRequestModel::reqParams() const
+{
+    return d->reqParams;
+}
+
+void ZTLyricRequestModel::setReqParams(const QJsonObject &params)
+{
+    d->reqParams = params;
+}
+
+std::shared_ptr<QVLyricDataTask> ZTLyricRequestModel::dataTask() const
+{
+    return d->dataTask;
+}
+
+void ZTLyricRequestModel::setDataTask(std::shared_ptr<QVLyricDataTask> task)
+{
+    d->dataTask = std::move(task);
 }
 
 void ZTLyricRequestModel::requestListWithCompletion(ListCompletion completion)
 {
     require(completion);
-    const QString track = queryValue(Key_Lyric_Trackname);
-    const QString artist = queryValue(Key_Lyric_Artist);
+    const QString track = valueOf(d->reqParams, Key_Lyric_Trackname);
+    const QString artist = valueOf(d->reqParams, Key_Lyric_Artist);
     if (track.isEmpty() && artist.isEmpty()) {
-        completion(QVLyricError{QVLyricError::EmptyQueryDomain, EmptyQuery, QString()}, {}, 0);
+        completion(QVLyricError{QVLyricError::EmptyQueryDomain, QVLyricError::EmptyQuery, QString()}, {}, 0);
         return;
     }
-    m_dataTask = afPostMgr()->post(
-        QStringLiteral("/phpLyricFetcher/search/search.php"),
-        {{"artist", artist}, {"track", track}, {"apiKey", QVLrcUtils::generateLyricApiKey()}},
+    d->dataTask = afPostMgr()->post(
+        QVLyricService::url(LookupProtocol::SearchPath),
+        {{Key_Lyric_Artist, artist},
+         {Key_Lyric_Trackname, track},
+         {LookupProtocol::ApiKey, QVLrcUtils::generateLyricApiKey()}},
         [self = shared_from_this(), completion](const QByteArray &body) {
-            const QString query = self->queryValue(Key_Lyric_Trackname) + self->queryValue(Key_Lyric_Artist);
             LookupScope::instance().compute(
-                [body, query](const std::stop_token &stop) {
+                [body, query = joined(self->d->reqParams)](const std::stop_token &stop) {
                     return AnswerReader::readSearch(body, query, stop);
                 },
                 [self, completion](const LyricAnswer &answer) {
@@ -94,58 +153,72 @@ void ZTLyricRequestModel::requestListWithCompletion(ListCompletion completion)
                 });
         },
         [completion](const std::optional<QVLyricError> &error) {
-            completion(transportFailure(error, SearchFailed), {}, 0);
+            completion(transportFailure(error, QVLyricError::SearchFailed), {}, 0);
         });
+}
+
+void ZTLyricRequestModel::requestListWithCompletion(QObject *context, ListCompletion completion)
+{
+    requestListWithCompletion(whileExists(context, std::move(completion)));
 }
 
 void ZTLyricRequestModel::requestDetail(const QString &link, LyricCompletion completion)
 {
     require(completion);
-    m_dataTask = afPostMgr()->post(
-        QStringLiteral("/phpLyricFetcher/detail/detail.php"),
-        {{"artist", queryValue(Key_Lyric_Artist)},
-         {"track", queryValue(Key_Lyric_Trackname)},
-         {"link", orEmpty(link)},
-         {"apiKey", QVLrcUtils::generateLyricApiKey()}},
+    d->dataTask = afPostMgr()->post(
+        QVLyricService::url(LookupProtocol::DetailPath),
+        {{Key_Lyric_Artist, valueOf(d->reqParams, Key_Lyric_Artist)},
+         {Key_Lyric_Trackname, valueOf(d->reqParams, Key_Lyric_Trackname)},
+         {LookupProtocol::Link, orEmpty(link)},
+         {LookupProtocol::ApiKey, QVLrcUtils::generateLyricApiKey()}},
         [self = shared_from_this(), completion](const QByteArray &body) {
             LookupScope::instance().compute(
                 [body](const std::stop_token &) { return AnswerReader::readDetail(body); },
                 [self, completion](const LyricAnswer &answer) { completion(answer.error, answer.lyric); });
         },
         [completion](const std::optional<QVLyricError> &error) {
-            completion(transportFailure(error, DetailFailed), QString());
+            completion(transportFailure(error, QVLyricError::DetailFailed), QString());
         });
+}
+
+void ZTLyricRequestModel::requestDetail(const QString &link, QObject *context, LyricCompletion completion)
+{
+    requestDetail(link, whileExists(context, std::move(completion)));
 }
 
 void ZTLyricRequestModel::requestWithCompletion(LyricCompletion completion)
 {
     require(completion);
-    // Not held by the closure: a search that succeeds holds the model, one that fails has no use for it.
-    requestListWithCompletion(
-        [weakSelf = weak_from_this(), completion = std::move(completion)](
-            const std::optional<QVLyricError> &error, const QList<QJsonObject> &results, qint64 bestIndex) {
-            if (error) {
-                completion(error, QString());
-                return;
-            }
-            if (results.isEmpty()) {
-                completion(QVLyricError{QVLyricError::ServiceDomain, NothingFound,
-                                        QCoreApplication::translate("Localized", "Found no lyric")},
-                           QString());
-                return;
-            }
-            const bool isInRange = bestIndex >= 0 && bestIndex < results.size();
-            const QString link =
-                stringForKeySafeModel(results[isInRange ? bestIndex : 0], QLatin1StringView("link"));
-            if (const auto self = weakSelf.lock())
-                self->requestDetail(link, completion);
-        });
+    // Weak: a search that succeeds keeps the model alive, and one that fails does not need it.
+    requestListWithCompletion([weakSelf = weak_from_this(), completion = std::move(completion)](
+                                  const std::optional<QVLyricError> &error, const QList<QJsonObject> &results,
+                                  qint64 bestIndex) {
+        if (error) {
+            completion(error, QString());
+            return;
+        }
+        if (results.isEmpty()) {
+            completion(QVLyricError{QVLyricError::ServiceDomain, QVLyricError::NothingFound,
+                                    QCoreApplication::translate("Localized", "Found no lyric")},
+                       QString());
+            return;
+        }
+        const bool isInRange = bestIndex >= 0 && bestIndex < results.size();
+        const QString link = stringForKeySafeModel(results[isInRange ? bestIndex : 0], LookupProtocol::Link);
+        if (const auto self = weakSelf.lock())
+            self->requestDetail(link, completion);
+    });
+}
+
+void ZTLyricRequestModel::requestWithCompletion(QObject *context, LyricCompletion completion)
+{
+    requestWithCompletion(whileExists(context, std::move(completion)));
 }
 
 void ZTLyricRequestModel::cancel()
 {
-    if (m_dataTask)
-        m_dataTask->cancel();
+    if (d->dataTask)
+        d->dataTask->cancel();
 }
 
 QString ZTLyricRequestModel::getReportDuration(double seconds)
@@ -172,14 +245,13 @@ std::optional<QJsonObject> ZTLyricRequestModel::getBestMatch(const QList<QJsonOb
 {
     if (list.isEmpty())
         return std::nullopt;
-    return list[AnswerReader::bestMatch(list,
-                                        queryValue(Key_Lyric_Trackname) + queryValue(Key_Lyric_Artist))];
+    return list[AnswerReader::bestMatch(list, joined(d->reqParams))];
 }
 
-std::shared_ptr<LyricHttpClient> ZTLyricRequestModel::afPostMgr() const
+std::shared_ptr<QVLyricHttpClient> ZTLyricRequestModel::afPostMgr() const
 {
     auto client = std::make_shared<QtHttpClient>();
-    client->setHeader("Content-Type", "application/x-www-form-urlencoded");
-    client->setHeader("Accept", "application/json");
+    client->setHeader("Content-Type", LookupProtocol::FormType.data());
+    client->setHeader("Accept", LookupProtocol::JsonType.data());
     return client;
 }

@@ -24,7 +24,7 @@ private Q_SLOTS:
     {
         QFile file(m_directory.filePath(u"authority.pem"_s));
         QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(m_authority.certificate().toPem());
+        file.write(m_authority.pem());
     }
 
     void answers_data()

@@ -4,7 +4,7 @@
 #include "tests/TestAuthority.h"
 
 #include <QVSongLrc/Distance.h>
-#include <QVSongLrc/LyricService.h>
+#include <QVSongLrc/QVLyricService.h>
 #include <QVSongLrc/QVSongLrcConstants.h>
 #include <QVSongLrc/ZTLyricRequestModel.h>
 
@@ -81,8 +81,8 @@ struct Service
 {
     Service()
     {
-        LyricService::addCertificateAuthority(authority.certificate());
-        LyricService::setEndpoint(u"127.0.0.1"_s, server.port());
+        QVLyricService::addCertificateAuthorities(authority.pem());
+        QVLyricService::setEndpoint(u"127.0.0.1"_s, server.port());
     }
 
     static Service &instance()
@@ -158,8 +158,8 @@ constexpr char Form[] =
 void managerPost(benchmark::State &state)
 {
     QSslConfiguration configuration;
-    configuration.setCaCertificates({Service::instance().authority.certificate()});
-    QNetworkRequest request(LyricService::url(u"/phpLyricFetcher/search/search.php"_s));
+    configuration.setCaCertificates(QSslCertificate::fromData(Service::instance().authority.pem()));
+    QNetworkRequest request(QVLyricService::url(u"/phpLyricFetcher/search/search.php"_s));
     request.setSslConfiguration(configuration);
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     request.setHeader(QNetworkRequest::ContentTypeHeader, u"application/x-www-form-urlencoded"_s);
@@ -176,7 +176,7 @@ void managerPost(benchmark::State &state)
 // The same POST with a connection of its own.
 void curlPost(benchmark::State &state)
 {
-    const QByteArray pem = Service::instance().authority.certificate().toPem();
+    const QByteArray pem = Service::instance().authority.pem();
     const QByteArray url = "https://127.0.0.1:" + QByteArray::number(Service::instance().server.port())
         + "/phpLyricFetcher/search/search.php";
     timeRequests(state, [&] {

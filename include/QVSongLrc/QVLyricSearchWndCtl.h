@@ -27,7 +27,7 @@ class LyricResultsModel;
 
 /// A modal dialog in which the user looks a lyric up on the lyric service and downloads it.
 ///
-/// Needs a QApplication, and its main thread for every call. LyricService says where the service is. Texts
+/// Needs a QApplication, and its main thread for every call. QVLyricService says where the service is. Texts
 /// are in the first of the languages of QLocale() that the library speaks, else in English.
 ///
 /// A controller lives as long as somebody holds it or a request of its own is outstanding. Closing the dialog

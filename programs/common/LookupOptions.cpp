@@ -4,11 +4,13 @@
 
 #include "TextFile.h"
 
-#include <QVSongLrc/LyricService.h>
+#include <QVSongLrc/QVLyricService.h>
 
 #include <CLI/CLI.hpp>
 
 #include <QFile>
+
+#include <stdexcept>
 
 namespace {
 
@@ -31,27 +33,28 @@ void LookupOptions::addTo(CLI::App &command)
 {
     command.add_option("--service", service, "Ask this lyric service.")
         ->type_name("HOST[:PORT]")
-        ->check([](const std::string &name) { return isService(name) ? "" : "no host and port: " + name; });
+        ->check(
+            [](const std::string &name) { return isService(name) ? "" : "not a host and port: " + name; });
     command.add_option("--ca-file", caFile, "Trust the authorities in this file, not the system's.")
         ->type_name("FILE")
-        ->check([](const std::string &file) { return file.empty() ? "names no file" : ""; });
+        ->check([](const std::string &file) { return file.empty() ? "is empty" : ""; });
 }
 
 void LookupOptions::apply() const
 {
     if (!service.empty()) {
         const QUrl url = serviceUrl(service);
-        LyricService::setEndpoint(url.host(), quint16(url.port(443)));
+        QVLyricService::setEndpoint(url.host(), quint16(url.port(443)));
     }
     if (!caFile.empty()) {
         const QString name = QFile::decodeName(caFile.c_str());
         QFile file(name.startsWith(u':') ? QStringLiteral("./") + name : name);
         if (!file.open(QIODevice::ReadOnly))
             throw FileError(name, file.errorString());
-        const auto certificates = QSslCertificate::fromDevice(&file);
-        if (certificates.isEmpty())
-            throw FileError(name, QStringLiteral("holds no certificate"));
-        for (const QSslCertificate &certificate : certificates)
-            LyricService::addCertificateAuthority(certificate);
+        try {
+            QVLyricService::addCertificateAuthorities(file.readAll());
+        } catch (const std::invalid_argument &) {
+            throw FileError(name, QStringLiteral("does not hold certificates in PEM"));
+        }
     }
 }

@@ -8,15 +8,15 @@ namespace CLI {
 class App;
 }
 
-/// The options by which a program is told where to look lyrics up.
+/// The options of programs that look lyrics up: the service and its certificate authorities.
 struct LookupOptions
 {
     std::string service;
     std::string caFile;
 
-    /// Gives \p command the options --service and --ca-file, which are checked, and end up in here.
+    /// Adds the options --service and --ca-file to \p command, which checks them and stores them here.
     void addTo(CLI::App &command);
 
-    /// Makes the service and its authority those of LyricService. \throws FileError
+    /// Configures QVLyricService. \throws FileError when the file of authorities cannot be read.
     void apply() const;
 };
