@@ -28,28 +28,16 @@ QNetworkProxy networkProxy()
 /// \p status is the reply's HTTP status, or 0.
 QVLyricError::TransportCode transportCode(QNetworkReply::NetworkError error, int status)
 {
-    switch (error) {
-    case QNetworkReply::TimeoutError:
-    case QNetworkReply::ProxyTimeoutError:
+    if (error == QNetworkReply::TimeoutError || error == QNetworkReply::ProxyTimeoutError)
         return QVLyricError::Timeout;
-    case QNetworkReply::SslHandshakeFailedError:
+    if (error == QNetworkReply::SslHandshakeFailedError)
         return QVLyricError::Tls;
-    case QNetworkReply::ConnectionRefusedError:
-    case QNetworkReply::HostNotFoundError:
-    case QNetworkReply::TemporaryNetworkFailureError:
-    case QNetworkReply::NetworkSessionFailedError:
-    case QNetworkReply::UnknownNetworkError:
-    case QNetworkReply::ProxyConnectionRefusedError:
-    case QNetworkReply::ProxyConnectionClosedError:
-    case QNetworkReply::ProxyNotFoundError:
-    case QNetworkReply::ProxyAuthenticationRequiredError:
-    case QNetworkReply::UnknownProxyError:
-        return QVLyricError::Unreachable;
-    default:
-        if (status >= 300 && status < 400)
-            return QVLyricError::BadRedirect;
-        return status >= 400 ? QVLyricError::HttpStatus : QVLyricError::BadReply;
-    }
+    if (status >= 300)
+        return status < 400 ? QVLyricError::BadRedirect : QVLyricError::HttpStatus;
+    // Errors below the content errors are those of the network and of the proxy.
+    return error == QNetworkReply::RemoteHostClosedError || error >= QNetworkReply::ContentAccessDenied
+        ? QVLyricError::BadReply
+        : QVLyricError::Unreachable;
 }
 
 } // namespace
@@ -142,7 +130,7 @@ void LyricTransfer::finish()
     const int status = httpStatus();
     const QUrl target = m_reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
     const QNetworkReply::NetworkError error = m_reply->error();
-    // OneTimeBody was to be sent again: the connection closed early, or a redirect (307, 308) asked for the form.
+    // OneTimeBody cannot be sent again: after an early close, or for a redirect that wants the form (307, 308).
     if (error == QNetworkReply::ContentReSendError)
         fail(transportCode(error, status), tr("The lyric service has not taken the request."));
     else if (error != QNetworkReply::NoError)

@@ -65,7 +65,8 @@ QByteArray formBody(const QVLyricHttpClient::Fields &fields)
 QtHttpClient::QtHttpClient()
 {
     m_request.setSslConfiguration(sslConfiguration());
-    // Qt unpacks everything at once to learn its length. Above this size it refuses replies that grow more than 40 times.
+    // Qt unpacks everything at once to learn its length. Above this size it refuses replies that grow more than
+    // 40 times.
     m_request.setDecompressedSafetyCheckThreshold(4 * 1024 * 1024);
     m_request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false); // of no use for a single request
 }

@@ -7,8 +7,8 @@
 
 #include <QVSongLrc/QVLyricService.h>
 
-/// The lyric service of the lookups that a test starts: a server that they trust, unless it presents something
-/// else than trusted().
+/// The lyric service of a test. Lookups trust its certificate, unless the test passes another configuration than
+/// trusted().
 class LookupServer : public MisbehavingServer
 {
 public:

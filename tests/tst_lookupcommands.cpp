@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
-// songlrc search and fetch, run as a person runs them against a service of the test's own.
+// Runs songlrc search and fetch against a service of the test.
 
 #include "MisbehavingServer.h"
 #include "TestAuthority.h"

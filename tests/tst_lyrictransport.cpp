@@ -147,7 +147,7 @@ private Q_SLOTS:
         QCOMPARE(server.requests().size(), isAccepted ? outcome.runs : 0);
     }
 
-    void meetsNoTls()
+    void failsWithoutTls()
     {
         QTcpServer silent; // the kernel accepts the connection
         silent.listen(QHostAddress::LocalHost);
@@ -205,7 +205,7 @@ private Q_SLOTS:
         const auto cut = [&](const char *name, const QByteArray &bytes) {
             row(name, Server::send(bytes), Error::BadReply);
         };
-        cut("closed without a word", {});
+        cut("closed without a reply", {});
         cut("cut in the headers", "HTTP/1.1 200 OK\r\nContent-Le");
         cut("cut in the body", Head + "Content-Length: 1000\r\n\r\n" + Good);
         cut("cut in a chunk", Head + "Transfer-Encoding: chunked\r\n\r\n40\r\n{");
@@ -225,12 +225,12 @@ private Q_SLOTS:
         row("chunks without end",
             Server::sendForEver(Head + "Transfer-Encoding: chunked\r\n\r\n", "10000\r\n" + space + "\r\n"),
             Error::TooLarge, tooLong);
-        row("a length beyond counting",
+        row("the greatest possible length",
             Server::sendForEver(Head + "Content-Length: 9223372036854775807\r\n\r\n", space), Error::TooLarge,
             tooLong);
         row("a length that is too short", Server::send(Head + "Content-Length: 10\r\n\r\n" + Good),
             Error::SearchFailed);
-        row("a length that is none",
+        row("a length that is not a number",
             Server::send(Head + "Content-Length: x\r\nConnection: close\r\n\r\n" + Good), 0);
         const QByteArray mostSpace(16 * 1024 * 1024 - Good.size(), ' ');
         row("16 MiB, most of it white space", Server::reply(Good + mostSpace), 0);
