@@ -53,7 +53,7 @@ public:
     /// Sends a GET request to \p url.
     virtual std::shared_ptr<QVLyricDataTask> get(const QUrl &url, Success success, Failure failure) = 0;
 
-    /// Sends \p fields to \p url in a POST request, as an URL-encoded form in UTF-8.
+    /// Sends \p fields to \p url in a POST request, as a URL-encoded form in UTF-8.
     virtual std::shared_ptr<QVLyricDataTask> post(const QUrl &url, const Fields &fields, Success success,
                                                   Failure failure) = 0;
 };

@@ -71,8 +71,8 @@ public:
     /// Logs "ZTLyricRequestModel dealloced ----" in the category "qvsonglrc.lookup".
     virtual ~ZTLyricRequestModel();
 
-    /// A list for callers, which the library does not read: 0, 1, 2 at first, and an own list in every model.
-    /// It is the list itself, not a copy.
+    /// A list for callers; the library does not read it. Each model starts with its own list of 0, 1, 2. Returns
+    /// the list itself, not a copy.
     std::shared_ptr<QList<qint64>> retryIndexes() const;
 
     /// Keeps \p indexes itself, not a copy.
