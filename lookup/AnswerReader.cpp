@@ -103,15 +103,14 @@ LyricAnswer AnswerReader::readSearch(const QByteArray &body, const QString &quer
         return failure(QVLyricError::SearchFailed, EmptyResponse);
     if (const auto reported = reportedFailure(*reply))
         return *reported;
-    const auto list = arrayForKeySafeModel(*reply, LookupProtocol::Results);
-    QList<QJsonObject> candidates = list ? usableCandidates(*list) : QList<QJsonObject>();
+    QList<QJsonObject> candidates = usableCandidates(reply->value(LookupProtocol::Results).toArray());
     if (candidates.isEmpty())
         return failure(QVLyricError::NothingFound, QStringLiteral("没有结果")); // never translated
     const qint64 best = bestMatch(candidates, query, stop);
     return {std::nullopt, std::move(candidates), best, {}};
 }
 
-LyricAnswer AnswerReader::readDetail(const QByteArray &body)
+LyricAnswer AnswerReader::readDetail(const QByteArray &body, const QString &, const std::stop_token &)
 {
     const std::optional<QJsonObject> reply = jsonObject(body);
     if (!reply)
@@ -119,8 +118,8 @@ LyricAnswer AnswerReader::readDetail(const QByteArray &body)
     if (const auto reported = reportedFailure(*reply))
         return *reported;
     // A reply without a lyric is a success on purpose.
-    const auto result = dictionaryForKeySafeModel(*reply, LookupProtocol::Result);
-    return {std::nullopt, {}, 0, result ? stringForKeySafeModel(*result, Key_Lyric_Lyric) : QString()};
+    const QJsonObject result = reply->value(LookupProtocol::Result).toObject();
+    return {std::nullopt, {}, 0, stringForKeySafeModel(result, Key_Lyric_Lyric)};
 }
 
 } // namespace QVSongLrcPrivate

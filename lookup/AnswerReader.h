@@ -37,7 +37,7 @@ qsizetype bestMatch(const QList<QJsonObject> &candidates, const QString &query,
                     const std::stop_token &stop = {});
 
 LyricAnswer readSearch(const QByteArray &body, const QString &query, const std::stop_token &stop);
-LyricAnswer readDetail(const QByteArray &body);
+LyricAnswer readDetail(const QByteArray &body, const QString &query, const std::stop_token &stop);
 
 } // namespace AnswerReader
 

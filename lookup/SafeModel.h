@@ -4,7 +4,6 @@
 
 #include "model/Saturating.h"
 
-#include <QJsonArray>
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QMetaType>
@@ -35,18 +34,6 @@ inline std::optional<qint64> numberForKeySafeModel(const QJsonObject &object, QL
     const QVariant number = value.toVariant(); // whole numbers are exact in it
     return number.metaType() == QMetaType::fromType<double>() ? Saturating::fromDouble(number.toDouble())
                                                               : number.toLongLong();
-}
-
-inline std::optional<QJsonArray> arrayForKeySafeModel(const QJsonObject &object, QLatin1StringView key)
-{
-    const QJsonValue value = object.value(key);
-    return value.isArray() ? std::optional(value.toArray()) : std::nullopt;
-}
-
-inline std::optional<QJsonObject> dictionaryForKeySafeModel(const QJsonObject &object, QLatin1StringView key)
-{
-    const QJsonValue value = object.value(key);
-    return value.isObject() ? std::optional(value.toObject()) : std::nullopt;
 }
 
 } // namespace QVSongLrcPrivate

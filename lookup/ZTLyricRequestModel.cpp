@@ -26,6 +26,12 @@ using namespace QVSongLrcPrivate;
 
 struct ZTLyricRequestModel::Private
 {
+    /// Starts the request for \p path with the fields of every request and \p more. Calls \p done with what \p read
+    /// makes of the reply, or with the transport's error; \p code is for a failure without one.
+    static void start(ZTLyricRequestModel &model, QLatin1StringView path,
+                      const QVLyricHttpClient::Fields &more, decltype(&AnswerReader::readSearch) read,
+                      qint64 code, const LookupScope::Done &done);
+
     QJsonObject reqParams;
     std::shared_ptr<QList<qint64>> retryIndexes = std::make_shared<QList<qint64>>(QList<qint64>{0, 1, 2});
     std::shared_ptr<QVLyricDataTask> dataTask;
@@ -83,6 +89,30 @@ QString joined(const QJsonObject &query)
 
 } // namespace
 
+void ZTLyricRequestModel::Private::start(ZTLyricRequestModel &model, QLatin1StringView path,
+                                         const QVLyricHttpClient::Fields &more,
+                                         decltype(&AnswerReader::readSearch) read, qint64 code,
+                                         const LookupScope::Done &done)
+{
+    QVLyricHttpClient::Fields fields;
+    for (const QLatin1StringView key : {Key_Lyric_Artist, Key_Lyric_Trackname})
+        fields.append({key, valueOf(model.d->reqParams, key)});
+    fields += more;
+    fields.append({LookupProtocol::ApiKey, QVLrcUtils::generateLyricApiKey()});
+    model.d->dataTask = model.afPostMgr()->post(
+        QVLyricService::url(path), fields,
+        [self = model.shared_from_this(), read, done](const QByteArray &body) {
+            LookupScope::instance().compute(
+                [read, body, query = joined(self->d->reqParams)](const std::stop_token &stop) {
+                    return read(body, query, stop);
+                },
+                [self, done](const LyricAnswer &answer) { done(answer); });
+        },
+        [done, code](const std::optional<QVLyricError> &error) {
+            done({transportFailure(error, code), {}, 0, {}});
+        });
+}
+
 ZTLyricRequestModel::ZTLyricRequestModel(const QJsonObject &reqParams)
     : d(new Private)
 {
@@ -132,29 +162,14 @@ void ZTLyricRequestModel::setDataTask(std::shared_ptr<QVLyricDataTask> task)
 void ZTLyricRequestModel::requestListWithCompletion(ListCompletion completion)
 {
     require(completion);
-    const QString track = valueOf(d->reqParams, Key_Lyric_Trackname);
-    const QString artist = valueOf(d->reqParams, Key_Lyric_Artist);
-    if (track.isEmpty() && artist.isEmpty()) {
+    if (joined(d->reqParams).isEmpty()) {
         completion(QVLyricError{QVLyricError::EmptyQueryDomain, QVLyricError::EmptyQuery, QString()}, {}, 0);
         return;
     }
-    d->dataTask = afPostMgr()->post(
-        QVLyricService::url(LookupProtocol::SearchPath),
-        {{Key_Lyric_Artist, artist},
-         {Key_Lyric_Trackname, track},
-         {LookupProtocol::ApiKey, QVLrcUtils::generateLyricApiKey()}},
-        [self = shared_from_this(), completion](const QByteArray &body) {
-            LookupScope::instance().compute(
-                [body, query = joined(self->d->reqParams)](const std::stop_token &stop) {
-                    return AnswerReader::readSearch(body, query, stop);
-                },
-                [self, completion](const LyricAnswer &answer) {
-                    completion(answer.error, answer.results, answer.bestIndex);
-                });
-        },
-        [completion](const std::optional<QVLyricError> &error) {
-            completion(transportFailure(error, QVLyricError::SearchFailed), {}, 0);
-        });
+    Private::start(*this, LookupProtocol::SearchPath, {}, AnswerReader::readSearch,
+                   QVLyricError::SearchFailed, [completion](const LyricAnswer &answer) {
+                       completion(answer.error, answer.results, answer.bestIndex);
+                   });
 }
 
 void ZTLyricRequestModel::requestListWithCompletion(QObject *context, ListCompletion completion)
@@ -165,20 +180,9 @@ void ZTLyricRequestModel::requestListWithCompletion(QObject *context, ListComple
 void ZTLyricRequestModel::requestDetail(const QString &link, LyricCompletion completion)
 {
     require(completion);
-    d->dataTask = afPostMgr()->post(
-        QVLyricService::url(LookupProtocol::DetailPath),
-        {{Key_Lyric_Artist, valueOf(d->reqParams, Key_Lyric_Artist)},
-         {Key_Lyric_Trackname, valueOf(d->reqParams, Key_Lyric_Trackname)},
-         {LookupProtocol::Link, orEmpty(link)},
-         {LookupProtocol::ApiKey, QVLrcUtils::generateLyricApiKey()}},
-        [self = shared_from_this(), completion](const QByteArray &body) {
-            LookupScope::instance().compute(
-                [body](const std::stop_token &) { return AnswerReader::readDetail(body); },
-                [self, completion](const LyricAnswer &answer) { completion(answer.error, answer.lyric); });
-        },
-        [completion](const std::optional<QVLyricError> &error) {
-            completion(transportFailure(error, QVLyricError::DetailFailed), QString());
-        });
+    Private::start(*this, LookupProtocol::DetailPath, {{LookupProtocol::Link, orEmpty(link)}},
+                   AnswerReader::readDetail, QVLyricError::DetailFailed,
+                   [completion](const LyricAnswer &answer) { completion(answer.error, answer.lyric); });
 }
 
 void ZTLyricRequestModel::requestDetail(const QString &link, QObject *context, LyricCompletion completion)
