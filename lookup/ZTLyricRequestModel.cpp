@@ -24,13 +24,12 @@
 
 using namespace QVSongLrcPrivate;
 
-struct ZTLyricRequestModel::Private
+struct Q_DECL_HIDDEN ZTLyricRequestModel::Private
 {
-    /// Starts the request for \p path with the fields of every request and \p more. Calls \p done with what \p read
-    /// makes of the reply, or with the transport's error; \p code is for a failure without one.
-    static void start(ZTLyricRequestModel &model, QLatin1StringView path,
-                      const QVLyricHttpClient::Fields &more, decltype(&AnswerReader::readSearch) read,
-                      qint64 code, const LookupScope::Done &done);
+    using Done = LookupScope::Done;
+
+    /// Starts a search or, with a \p link, a detail request.
+    static void start(ZTLyricRequestModel &model, const std::optional<QString> &link, const Done &done);
 
     QJsonObject reqParams;
     std::shared_ptr<QList<qint64>> retryIndexes = std::make_shared<QList<qint64>>(QList<qint64>{0, 1, 2});
@@ -89,18 +88,18 @@ QString joined(const QJsonObject &query)
 
 } // namespace
 
-void ZTLyricRequestModel::Private::start(ZTLyricRequestModel &model, QLatin1StringView path,
-                                         const QVLyricHttpClient::Fields &more,
-                                         decltype(&AnswerReader::readSearch) read, qint64 code,
-                                         const LookupScope::Done &done)
+void ZTLyricRequestModel::Private::start(ZTLyricRequestModel &model, const std::optional<QString> &link,
+                                         const Done &done)
 {
-    QVLyricHttpClient::Fields fields;
-    for (const QLatin1StringView key : {Key_Lyric_Artist, Key_Lyric_Trackname})
-        fields.append({key, valueOf(model.d->reqParams, key)});
-    fields += more;
+    QVLyricHttpClient::Fields fields{{Key_Lyric_Artist, valueOf(model.d->reqParams, Key_Lyric_Artist)},
+                                     {Key_Lyric_Trackname, valueOf(model.d->reqParams, Key_Lyric_Trackname)}};
+    if (link)
+        fields.append({LookupProtocol::Link, orEmpty(*link)});
     fields.append({LookupProtocol::ApiKey, QVLrcUtils::generateLyricApiKey()});
+    const auto read = link ? AnswerReader::readDetail : AnswerReader::readSearch;
+    const qint64 failed = link ? QVLyricError::DetailFailed : QVLyricError::SearchFailed;
     model.d->dataTask = model.afPostMgr()->post(
-        QVLyricService::url(path), fields,
+        QVLyricService::url(link ? LookupProtocol::DetailPath : LookupProtocol::SearchPath), fields,
         [self = model.shared_from_this(), read, done](const QByteArray &body) {
             LookupScope::instance().compute(
                 [read, body, query = joined(self->d->reqParams)](const std::stop_token &stop) {
@@ -108,8 +107,8 @@ void ZTLyricRequestModel::Private::start(ZTLyricRequestModel &model, QLatin1Stri
                 },
                 [self, done](const LyricAnswer &answer) { done(answer); });
         },
-        [done, code](const std::optional<QVLyricError> &error) {
-            done({transportFailure(error, code), {}, 0, {}});
+        [done, failed](const std::optional<QVLyricError> &error) {
+            done({transportFailure(error, failed), {}, 0, {}});
         });
 }
 
@@ -166,10 +165,9 @@ void ZTLyricRequestModel::requestListWithCompletion(ListCompletion completion)
         completion(QVLyricError{QVLyricError::EmptyQueryDomain, QVLyricError::EmptyQuery, QString()}, {}, 0);
         return;
     }
-    Private::start(*this, LookupProtocol::SearchPath, {}, AnswerReader::readSearch,
-                   QVLyricError::SearchFailed, [completion](const LyricAnswer &answer) {
-                       completion(answer.error, answer.results, answer.bestIndex);
-                   });
+    Private::start(*this, std::nullopt, [completion](const LyricAnswer &answer) {
+        completion(answer.error, answer.results, answer.bestIndex);
+    });
 }
 
 void ZTLyricRequestModel::requestListWithCompletion(QObject *context, ListCompletion completion)
@@ -180,8 +178,7 @@ void ZTLyricRequestModel::requestListWithCompletion(QObject *context, ListComple
 void ZTLyricRequestModel::requestDetail(const QString &link, LyricCompletion completion)
 {
     require(completion);
-    Private::start(*this, LookupProtocol::DetailPath, {{LookupProtocol::Link, orEmpty(link)}},
-                   AnswerReader::readDetail, QVLyricError::DetailFailed,
+    Private::start(*this, link,
                    [completion](const LyricAnswer &answer) { completion(answer.error, answer.lyric); });
 }
 

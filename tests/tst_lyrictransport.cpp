@@ -30,24 +30,20 @@ const QByteArray Head = "HTTP/1.1 200 OK\r\n";
 const QByteArray Good = R"({"results":[{"track":"T","artist":"A"}]})";
 
 /// A model with its own idle limit.
-class HastyModel : public ZTLyricRequestModel
+struct HastyModel : ZTLyricRequestModel
 {
-public:
-    explicit HastyModel(std::chrono::milliseconds idleLimit)
+    explicit HastyModel(std::chrono::milliseconds limit)
         : ZTLyricRequestModel({{Key_Lyric_Trackname, u"title"_s}, {Key_Lyric_Artist, u"artist"_s}})
-        , m_idleLimit(idleLimit)
+        , idleLimit(limit)
     {
     }
-
     std::shared_ptr<QVLyricHttpClient> afPostMgr() const override
     {
         auto client = ZTLyricRequestModel::afPostMgr();
-        client->setIdleLimit(m_idleLimit);
+        client->setIdleLimit(idleLimit);
         return client;
     }
-
-private:
-    const std::chrono::milliseconds m_idleLimit;
+    const std::chrono::milliseconds idleLimit;
 };
 
 struct Outcome
