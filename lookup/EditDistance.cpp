@@ -111,8 +111,8 @@ struct Carry
 };
 
 /// Computes all of \p columns in the rows of \p units, and returns the change of the distance in the last row.
-/// \p carries holds the steps of the row above, one a column, and receives those of the last row. Words of the
-/// same column depend less on each other than columns of the same word, so several words together run faster.
+/// \p carries holds the steps of the row above, one a column, and receives those of the last row. A word must wait
+/// for its own previous column, but the processor can compute several words at the same time.
 template <int WordCount>
 qint64 crossWords(QStringView units, QStringView columns, Carry *carries)
 {
