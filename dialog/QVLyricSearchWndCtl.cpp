@@ -4,6 +4,7 @@
 
 #include "LyricResultsModel.h"
 #include "Translations.h"
+#include "lookup/LookupProtocol.h"
 #include "lookup/SafeModel.h"
 #include "ui_QVLyricSearchWndCtl.h"
 
@@ -191,7 +192,7 @@ public:
         const QList<QJsonObject> results = m_results.results();
         if (row < 0 || row >= results.size())
             return;
-        const QString link = stringForKeySafeModel(results[row], QLatin1StringView("link"));
+        const QString link = stringForKeySafeModel(results[row], LookupProtocol::Link);
         if (link.isEmpty())
             qCWarning(dialogLog, "[LYRIC] no link to load");
         else

@@ -9,7 +9,7 @@
 namespace QVSongLrcPrivate {
 namespace {
 
-constexpr int BlockSize = 16; // of the cipher; key and initialisation vector are as long
+constexpr int BlockSize = 16; // bytes; key and initialisation vector have the same size
 
 const unsigned char *bytes(const QByteArray &array)
 {
@@ -33,7 +33,7 @@ QString AesEncryptionTools::encryptString(const QString &text, const QString &ke
     auto *const out = reinterpret_cast<unsigned char *>(cipher.data());
     int length = 0;
     int lastLength = 0;
-    // OpenSSL pads as PKCS#7 does unless told otherwise.
+    // OpenSSL uses PKCS#7 padding by default.
     if (!context || !EVP_EncryptInit_ex(context.get(), EVP_aes_128_cbc(), nullptr, bytes(key), bytes(iv))
         || !EVP_EncryptUpdate(context.get(), out, &length, bytes(plain), int(plain.size()))
         || !EVP_EncryptFinal_ex(context.get(), out + length, &lastLength))

@@ -6,8 +6,8 @@
 
 namespace QVSongLrcPrivate {
 
-/// AES-128-CBC with PKCS#7 padding over the UTF-8 bytes of text and key, in Base64. Fails when the key or the
-/// initialisation vector is not 16 bytes long.
+/// AES-128-CBC with PKCS#7 padding on the UTF-8 bytes of text and key; the result is Base64. Fails when the key
+/// or the initialisation vector is not 16 bytes long.
 class AesEncryptionTools final : public EncryptionTools
 {
 public:

@@ -4,6 +4,7 @@
 
 #include "EditDistance.h"
 #include "Likeness.h"
+#include "LookupProtocol.h"
 #include "SafeModel.h"
 
 #include <QVSongLrc/QVSongLrcConstants.h>
@@ -15,30 +16,28 @@
 namespace QVSongLrcPrivate {
 namespace {
 
-constexpr qint64 NoObjectInSearch = -1002;
-constexpr qint64 NoObjectInDetail = -1010;
-constexpr qint64 NoCandidate = -1004;
+const QString EmptyResponse = QStringLiteral("empty response");
 
 LyricAnswer failure(qint64 code, const QString &description)
 {
     return {QVLyricError{QVLyricError::ServiceDomain, code, description}, {}, 0, {}};
 }
 
-/// The error that the service reports, if it does.
+/// The error that \p reply reports, if there is one.
 std::optional<LyricAnswer> reportedFailure(const QJsonObject &reply)
 {
-    const qint64 code = numberForKeySafeModel(reply, QLatin1StringView("code")).value_or(0);
-    if (code == 0)
+    const qint64 code = numberForKeySafeModel(reply, LookupProtocol::Code).value_or(LookupProtocol::Success);
+    if (code == LookupProtocol::Success)
         return std::nullopt;
-    const QString message = stringForKeySafeModel(reply, QLatin1StringView("message"));
+    const QString message = stringForKeySafeModel(reply, LookupProtocol::Message);
     return failure(code, message.isNull() ? QStringLiteral("") : message);
 }
 
-/// The greatest distance at which a text of \p length code units scores above \p score; negative when none
-/// does.
+/// The greatest distance at which a text of \p length code units scores above \p score; negative when there is
+/// none.
 qint64 distanceToBeat(float score, qint64 length)
 {
-    // The guess is off by what a float rounds away.
+    // Scores are floats, so this is only a guess.
     qint64 distance = qint64((100.0 - double(score)) * double(length) / 100.0);
     while (likenessAtDistance(distance + 1, length) > score)
         ++distance;
@@ -62,7 +61,7 @@ QList<QJsonObject> AnswerReader::usableCandidates(const QJsonArray &list)
 {
     QList<QJsonObject> usable;
     for (const QJsonValue &value : list) {
-        const QJsonObject candidate = value.toObject(); // empty when it is none
+        const QJsonObject candidate = value.toObject(); // empty when the value is not an object
         if (!stringForKeySafeModel(candidate, Key_Lyric_Trackname).isEmpty()
             && !stringForKeySafeModel(candidate, Key_Lyric_Artist).isEmpty())
             usable.append(candidate);
@@ -74,12 +73,12 @@ qsizetype AnswerReader::bestMatch(const QList<QJsonObject> &candidates, const QS
                                   const std::stop_token &stop)
 {
     qsizetype best = 0;
-    float bestScore = -1; // a candidate at a distance of more than its length does not count
+    float bestScore = -1; // candidates that score less are not chosen
     for (qsizetype index = 0; index < candidates.size() && !stop.stop_requested(); ++index) {
         const QJsonObject &candidate = candidates[index];
         const QString text = stringForKeySafeModel(candidate, Key_Lyric_Trackname)
             + stringForKeySafeModel(candidate, Key_Lyric_Artist);
-        float score = float(text.size() + query.size()); // what Distance::likePercent gives for an empty text
+        float score = float(text.size() + query.size()); // as Distance::likePercent() scores an empty text
         if (!text.isEmpty() && !query.isEmpty()) {
             const qint64 furthest =
                 std::min<qint64>(distanceToBeat(bestScore, text.size()), std::max(text.size(), query.size()));
@@ -101,27 +100,26 @@ LyricAnswer AnswerReader::readSearch(const QByteArray &body, const QString &quer
 {
     const std::optional<QJsonObject> reply = jsonObject(body);
     if (!reply)
-        return failure(NoObjectInSearch, EmptyResponse.toString());
+        return failure(QVLyricError::SearchFailed, EmptyResponse);
     if (const auto reported = reportedFailure(*reply))
         return *reported;
-    const auto list = arrayForKeySafeModel(*reply, QLatin1StringView("results"));
-    QList<QJsonObject> candidates = list ? usableCandidates(*list) : QList<QJsonObject>();
+    QList<QJsonObject> candidates = usableCandidates(reply->value(LookupProtocol::Results).toArray());
     if (candidates.isEmpty())
-        return failure(NoCandidate, QStringLiteral("没有结果")); // to the letter, in every language
+        return failure(QVLyricError::NothingFound, QStringLiteral("没有结果")); // never translated
     const qint64 best = bestMatch(candidates, query, stop);
     return {std::nullopt, std::move(candidates), best, {}};
 }
 
-LyricAnswer AnswerReader::readDetail(const QByteArray &body)
+LyricAnswer AnswerReader::readDetail(const QByteArray &body, const QString &, const std::stop_token &)
 {
     const std::optional<QJsonObject> reply = jsonObject(body);
     if (!reply)
-        return failure(NoObjectInDetail, EmptyResponse.toString());
+        return failure(QVLyricError::DetailUnreadable, EmptyResponse);
     if (const auto reported = reportedFailure(*reply))
         return *reported;
-    // A reply without a lyric is a success without text, which is meant.
-    const auto result = dictionaryForKeySafeModel(*reply, QLatin1StringView("result"));
-    return {std::nullopt, {}, 0, result ? stringForKeySafeModel(*result, Key_Lyric_Lyric) : QString()};
+    // A reply without a lyric is a success on purpose.
+    const QJsonObject result = reply->value(LookupProtocol::Result).toObject();
+    return {std::nullopt, {}, 0, stringForKeySafeModel(result, Key_Lyric_Lyric)};
 }
 
 } // namespace QVSongLrcPrivate

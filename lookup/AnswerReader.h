@@ -15,8 +15,7 @@
 
 namespace QVSongLrcPrivate {
 
-/// What a reply of the service comes to. A value; of a search the lyric is unused, of a detail request the
-/// list.
+/// The result of a request. Searches leave the lyric unused, detail requests the list and the index.
 struct LyricAnswer
 {
     std::optional<QVLyricError> error;
@@ -25,23 +24,20 @@ struct LyricAnswer
     QString lyric;
 };
 
-/// Reads the service's replies. Nothing here has state, so replies are read on any thread.
+/// Reads the service's replies. Stateless; callable from any thread.
 namespace AnswerReader {
-
-/// The description of a request whose reply is no JSON object.
-inline constexpr QStringView EmptyResponse(u"empty response");
 
 std::optional<QJsonObject> jsonObject(const QByteArray &body);
 
 QList<QJsonObject> usableCandidates(const QJsonArray &list);
 
-/// The index in \p candidates of the one most like \p query; 0 when none is, or there are none. Scores that
-/// no longer matter are not worked out to the end. A stop asked for makes the answer meaningless and soon.
+/// The index in \p candidates of the one that is most like \p query; 0 when all of them are too different, or
+/// there are none. After a stop request it returns soon, with any index.
 qsizetype bestMatch(const QList<QJsonObject> &candidates, const QString &query,
                     const std::stop_token &stop = {});
 
 LyricAnswer readSearch(const QByteArray &body, const QString &query, const std::stop_token &stop);
-LyricAnswer readDetail(const QByteArray &body);
+LyricAnswer readDetail(const QByteArray &body, const QString &query, const std::stop_token &stop);
 
 } // namespace AnswerReader
 

@@ -8,34 +8,34 @@
 
 namespace QVSongLrcPrivate {
 
-// The table of distances is not computed cell by cell but 64 rows of a column at a time, as differences
-// between neighbours that are -1, 0 or 1 and so fit two bit masks. Sources: G. Myers, "A fast bit-vector
-// algorithm for approximate string matching based on dynamic programming", Journal of the ACM 46 (1999), and
-// H. Hyyrö, "A bit-vector algorithm for computing Levenshtein and Damerau edit distances", Nordic Journal of
-// Computing 10 (2003). The band of the table that a limit leaves is E. Ukkonen's, "Algorithms for approximate
-// string matching", Information and Control 64 (1985).
+// Computes 64 rows of a column of the distance table at a time. Neighbouring cells differ by -1, 0 or 1, so two
+// bit masks hold the differences of 64 rows: G. Myers, "A fast bit-vector algorithm for approximate string
+// matching based on dynamic programming", Journal of the ACM 46 (1999), and H. Hyyrö, "A bit-vector algorithm for
+// computing Levenshtein and Damerau edit distances", Nordic Journal of Computing 10 (2003). With a limit only a
+// band along the diagonal is needed: E. Ukkonen, "Algorithms for approximate string matching", Information and
+// Control 64 (1985).
 
 namespace {
 
 constexpr int WordBits = 64;
-constexpr int ManyWords = 4; // crossed at once where there are as many
+constexpr int ManyWords = 4; // processed together where there are as many
 
-/// The rows of one word in one column: where the distance grows and shrinks from each row to the next.
+/// The 64 rows of a word in one column: the rows where the distance grows or shrinks from the row above.
 struct Rows
 {
     quint64 grows = ~quint64(0);
     quint64 shrinks = 0;
 };
 
-/// Where the distance grows and shrinks from one column to the next, a bit a row.
+/// The rows where the distance grows or shrinks from one column to the next.
 struct Step
 {
     quint64 grows;
     quint64 shrinks;
 };
 
-/// Moves \p rows one column on. \p equal has a bit for each row whose code unit is the column's; \p above is
-/// the step of the row above the first, in the lowest bits.
+/// Moves \p rows to the next column. \p equal has the bits of the rows whose code unit equals the column's. The
+/// lowest bits of \p above are the step of the row above the first one.
 inline Step advance(Rows &rows, quint64 equal, Step above)
 {
     equal |= above.shrinks;
@@ -48,7 +48,8 @@ inline Step advance(Rows &rows, quint64 equal, Step above)
     return step;
 }
 
-/// The rows at which each code unit stands in as many code units as \p WordCount words have bits.
+/// A hash table from each code unit of a text to the rows where it stands. The text has at most as many code
+/// units as \p WordCount words have bits.
 template <int WordCount>
 class Words
 {
@@ -67,9 +68,9 @@ public:
     const Masks &rowsOf(QChar unit) const { return m_masks[find(unit)]; }
 
 private:
-    static constexpr size_t SlotCount = 2 * WordBits * WordCount; // so that it is never full
+    static constexpr size_t SlotCount = 2 * WordBits * WordCount; // never more than half full
 
-    static quint32 keyOf(QChar unit) { return unit.unicode() + 1u; } // 0 is a free slot
+    static quint32 keyOf(QChar unit) { return unit.unicode() + 1u; } // 0 marks a free slot
 
     size_t find(QChar unit) const
     {
@@ -83,35 +84,35 @@ private:
     std::array<Masks, SlotCount> m_masks{};
 };
 
-/// The distance of \p text to \p pattern, which makes one word.
+/// The distance of \p text to \p pattern, which fits one word. Stops early when it must exceed \p limit.
 qint64 distanceToWord(QStringView pattern, QStringView text, qint64 limit)
 {
     const Words<1> word(pattern);
     const int lastRow = int(pattern.size()) - 1;
     Rows rows;
     qint64 distance = pattern.size();
-    qint64 hope = distance - text.size(); // the distance if every column to come brought it down
+    qint64 least = distance - text.size(); // the distance if all remaining columns reduced it
     for (const QChar unit : text) {
         const Step step = advance(rows, word.rowsOf(unit)[0], {1, 0});
         const qint64 change = qint64(step.grows >> lastRow & 1) - qint64(step.shrinks >> lastRow & 1);
         distance += change;
-        hope += change + 1;
-        if (hope > limit)
-            return hope;
+        least += change + 1;
+        if (least > limit)
+            return least;
     }
     return distance;
 }
 
-/// The step of one row in one column.
+/// A step of one row.
 struct Carry
 {
     quint8 grows = 1;
     quint8 shrinks = 0;
 };
 
-/// Takes \p columns through the rows of \p units, which reach into the last of the words, and gives by how
-/// much the distance changes on the way in the last row. \p carries are the steps of the row above, and then
-/// of the last row. Several words at once keep the processor busy while each waits for its own last column.
+/// Computes all of \p columns in the rows of \p units, and returns the change of the distance in the last row.
+/// \p carries holds the steps of the row above, one a column, and receives those of the last row. A word must wait
+/// for its own previous column, but the processor can compute several words at the same time.
 template <int WordCount>
 qint64 crossWords(QStringView units, QStringView columns, Carry *carries)
 {
@@ -134,20 +135,20 @@ qint64 crossWords(QStringView units, QStringView columns, Carry *carries)
     return change;
 }
 
-/// The distance of two texts of any length, \p shorter along the columns, when it is at most \p limit, which
-/// is no less than the difference in length.
+/// The distance of two texts of any length when it is at most \p limit, which must not be less than the
+/// difference in length. The columns are those of \p shorter.
 qint64 distanceInBand(QStringView longer, QStringView shorter, qint64 limit, const std::stop_token &stop)
 {
     const qint64 height = longer.size();
     const qint64 width = shorter.size();
-    // A path of limit steps strays from the diagonals of both corners by half of what they leave it.
+    // How far a path of at most limit steps can leave the diagonals through the two corners of the table.
     const qint64 toTheRight = (limit - (height - width)) / 2;
     const qint64 toTheLeft = toTheRight + (height - width);
 
-    // To the right of the band the distance is taken to grow from column to column, to its left from row to
-    // row: never too little, and right wherever a path within the limit goes.
+    // Outside the band the distance is assumed to grow by 1 with each column or row. That is never too small, and
+    // no path within the limit goes there.
     std::vector<Carry> carries(std::vector<Carry>::size_type(width), Carry{});
-    qint64 corner = 0; // the distance above a word's first row, in front of its first column
+    qint64 corner = 0; // the distance just above a word's first row, left of its first column
     qint64 first = 0;
     qint64 distance = 0;
     qint64 rowCount = 0;
@@ -186,7 +187,7 @@ qint64 editDistance(QStringView a, QStringView b, qint64 limit, const std::stop_
     if (shorter.size() <= WordBits)
         return distanceToWord(shorter, longer, limit);
 
-    // Narrow bands first: texts that are close to each other are done long before the whole table.
+    // Narrow bands first: similar texts need only a small part of the table.
     limit = std::min<qint64>(limit, longer.size());
     for (qint64 narrow = difference + 512; narrow < limit; narrow = difference + (narrow - difference) * 4) {
         const qint64 distance = distanceInBand(longer, shorter, narrow, stop);

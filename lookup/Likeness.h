@@ -6,8 +6,8 @@
 
 namespace QVSongLrcPrivate {
 
-/// The score of a text of \p receiverLength code units, not 0, at \p distance from another. The greater the
-/// distance, the smaller the score or, for lack of digits, the same.
+/// The score of a text of \p receiverLength code units, not 0, at edit distance \p distance from another. A
+/// greater distance never scores higher.
 inline float likenessAtDistance(qint64 distance, qint64 receiverLength)
 {
     return float(100.0 - double(distance) * 100.0 / double(receiverLength));

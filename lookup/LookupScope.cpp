@@ -12,8 +12,7 @@ namespace {
 
 LookupScope *theScope = nullptr;
 
-/// Reads one reply on a thread of its own and hands what it says to the main thread, where what is to be done
-/// with that lives and dies.
+/// Reads one reply on a thread of its own. Completions are called and destroyed on the main thread only.
 class Reading final : public QObject
 {
 public:
@@ -34,12 +33,12 @@ private:
         const LookupScope::Done done = std::move(m_done);
         const LyricAnswer answer = std::move(m_answer);
         deleteLater();
-        done(answer); // in which this may go, so nothing here is touched afterwards
+        done(answer); // may delete this object
     }
 
     LookupScope::Done m_done;
-    LyricAnswer m_answer;  // the thread's, until that has been joined
-    std::jthread m_thread; // the last, so that it is stopped and joined before the others go
+    LyricAnswer m_answer;  // belongs to the thread until that is joined
+    std::jthread m_thread; // the last member: joined before the others are destroyed
 };
 
 } // namespace
@@ -48,7 +47,7 @@ LookupScope &LookupScope::instance()
 {
     if (!theScope) {
         theScope = new LookupScope;
-        // Still before the application object goes, which replies and threads cannot do without.
+        // Transfers and threads need the application object; a post routine runs before that is gone.
         qAddPostRoutine([] { delete std::exchange(theScope, nullptr); });
     }
     return *theScope;

@@ -11,8 +11,8 @@
 
 namespace QVSongLrcPrivate {
 
-/// What the lookup does in the background, which ends with the application object: transfers are its
-/// children, and so are the threads that read replies. Use from the main thread.
+/// The parent of everything that the lookup does in the background: transfers, and threads that read replies.
+/// Destroyed with the application object. Use from the main thread.
 class LookupScope final : public QObject
 {
 public:
@@ -21,8 +21,9 @@ public:
     using Read = std::function<LyricAnswer(const std::stop_token &)>;
     using Done = std::function<void(const LyricAnswer &)>;
 
-    /// Runs \p read, which holds values only, on another thread, then \p done with its answer from the event
-    /// loop. When the application ends before that, \p read is told to stop and \p done dropped.
+    /// Calls \p read on another thread, then \p done with its answer from the event loop. When the application
+    /// object is destroyed before that, \p read gets a stop request and \p done is not called. \p read must not
+    /// hold references to objects of the main thread.
     void compute(Read read, Done done);
 
 private:

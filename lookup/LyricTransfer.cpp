@@ -2,17 +2,49 @@
 // SPDX-License-Identifier: MIT
 #include "LyricTransfer.h"
 
+#include "LookupProtocol.h"
 #include "OneTimeBody.h"
 
+#include <QVSongLrc/QVLyricService.h>
+
+#include <QNetworkProxy>
 #include <QNetworkReply>
 
 #include <array>
 
 namespace QVSongLrcPrivate {
+namespace {
 
-LyricTransfer::LyricTransfer(const QNetworkRequest &request, const QByteArray &form,
-                             std::chrono::milliseconds idleLimit, LyricHttpClient::Success success,
-                             LyricHttpClient::Failure failure, QObject *parent)
+QNetworkProxy networkProxy()
+{
+    const QUrl url = QVLyricService::proxy();
+    if (url.isEmpty())
+        return QNetworkProxy::NoProxy;
+    const auto type =
+        url.scheme() == QLatin1StringView("http") ? QNetworkProxy::HttpProxy : QNetworkProxy::Socks5Proxy;
+    return QNetworkProxy(type, url.host(), quint16(url.port()), url.userName(), url.password());
+}
+
+/// \p status is the reply's HTTP status, or 0.
+QVLyricError::TransportCode transportCode(QNetworkReply::NetworkError error, int status)
+{
+    if (error == QNetworkReply::TimeoutError || error == QNetworkReply::ProxyTimeoutError)
+        return QVLyricError::Timeout;
+    if (error == QNetworkReply::SslHandshakeFailedError)
+        return QVLyricError::Tls;
+    if (status >= 300)
+        return status < 400 ? QVLyricError::BadRedirect : QVLyricError::HttpStatus;
+    // Errors below the content errors are those of the network and of the proxy.
+    return error == QNetworkReply::RemoteHostClosedError || error >= QNetworkReply::ContentAccessDenied
+        ? QVLyricError::BadReply
+        : QVLyricError::Unreachable;
+}
+
+} // namespace
+
+LyricTransfer::LyricTransfer(const QNetworkRequest &request, const std::optional<QByteArray> &form,
+                             std::chrono::milliseconds idleLimit, QVLyricHttpClient::Success success,
+                             QVLyricHttpClient::Failure failure, QObject *parent)
     : QObject(parent)
     , m_request(request)
     , m_success(std::move(success))
@@ -21,10 +53,15 @@ LyricTransfer::LyricTransfer(const QNetworkRequest &request, const QByteArray &f
     m_idle.setSingleShot(true);
     m_idle.setInterval(idleLimit);
     connect(&m_idle, &QTimer::timeout, this,
-            [this] { fail(QNetworkReply::TimeoutError, tr("The lyric service has not answered in time.")); });
-    // Redirects that Qt follows by itself it now and then asks for twice.
+            [this] { fail(QVLyricError::Timeout, tr("The lyric service has not answered in time.")); });
+    m_manager.setProxy(networkProxy()); // else Qt may read the environment
+    // When Qt follows redirects itself, it sometimes sends a request twice.
     m_request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
-    auto *const body = new OneTimeBody(form);
+    if (!form) {
+        get(m_request.url());
+        return;
+    }
+    auto *const body = new OneTimeBody(*form);
     m_reply = m_manager.post(m_request, body);
     body->setParent(m_reply);
     watchReply();
@@ -35,9 +72,17 @@ LyricTransfer::~LyricTransfer()
     m_reply->disconnect(this);
 }
 
+void LyricTransfer::get(const QUrl &url)
+{
+    m_request.setUrl(url);
+    m_request.setRawHeader("Content-Type", QByteArray());
+    m_reply = m_manager.get(m_request);
+    watchReply();
+}
+
 void LyricTransfer::watchReply()
 {
-    // What the server has sent and the event loop not yet taken waits in its socket.
+    // Limits what Qt keeps in memory before read() takes it.
     constexpr qint64 ReadAhead = 256 * 1024;
     m_reply->setReadBufferSize(ReadAhead);
 
@@ -52,7 +97,7 @@ void LyricTransfer::watchReply()
 
 void LyricTransfer::cancel()
 {
-    fail(QNetworkReply::OperationCanceledError, tr("The request was cancelled."));
+    fail(QVLyricError::Cancelled, tr("The request was cancelled."));
 }
 
 void LyricTransfer::read()
@@ -60,13 +105,13 @@ void LyricTransfer::read()
     if (m_isSettled)
         return;
     m_idle.start();
-    // A packed reply may hold more than one turn of the event loop should unpack.
+    // A compressed reply can be so long that unpacking it at once would block the event loop.
     qint64 allowance = 1024 * 1024;
     std::array<char, 64 * 1024> chunk;
     qint64 length = 0;
     while ((length = m_reply->read(chunk.data(), chunk.size())) > 0) {
-        if (m_body.size() + length > BodyLimit) {
-            fail(QNetworkReply::UnknownContentError, tr("The lyric service's answer is too long."));
+        if (m_body.size() + length > LookupProtocol::MaximumReplySize) {
+            fail(QVLyricError::TooLarge, tr("The lyric service's answer is too long."));
             return;
         }
         m_body.append(chunk.data(), length);
@@ -82,46 +127,47 @@ void LyricTransfer::read()
 
 void LyricTransfer::finish()
 {
-    const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    const int status = httpStatus();
     const QUrl target = m_reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
-    // What OneTimeBody has refused: the connection closed too early, or a redirect (307, 308) wants the form.
-    if (m_reply->error() == QNetworkReply::ContentReSendError)
-        fail(QNetworkReply::RemoteHostClosedError, tr("The lyric service has not taken the request."));
-    else if (m_reply->error() != QNetworkReply::NoError)
-        fail(m_reply->error(), m_reply->errorString());
+    const QNetworkReply::NetworkError error = m_reply->error();
+    // OneTimeBody cannot be sent again: after an early close, or for a redirect that wants the form (307, 308).
+    if (error == QNetworkReply::ContentReSendError)
+        fail(transportCode(error, status), tr("The lyric service has not taken the request."));
+    else if (error != QNetworkReply::NoError)
+        fail(transportCode(error, status), m_reply->errorString());
     else if (!target.isEmpty())
         follow(m_reply->url().resolved(target));
     else if (status < 200 || status > 299)
-        fail(QNetworkReply::UnknownContentError,
-             tr("The lyric service answered with the HTTP status %1.").arg(status));
+        fail(QVLyricError::HttpStatus, tr("The lyric service answered with the HTTP status %1.").arg(status));
     else
         settle([body = m_body](const auto &success, const auto &) { success(body); });
 }
 
-/// Goes on to \p target, without the form, as clients do.
+/// Sends a GET without the form, as browsers do.
 void LyricTransfer::follow(const QUrl &target)
 {
     if (target.scheme() != QLatin1StringView("https")) {
-        fail(QNetworkReply::InsecureRedirectError,
-             tr("The lyric service redirects to an address that is not safe."));
+        fail(QVLyricError::BadRedirect, tr("The lyric service redirects to an address that is not safe."));
         return;
     }
-    if (++m_redirects > MaximumRedirects) {
-        fail(QNetworkReply::TooManyRedirectsError, tr("The lyric service redirects too often."));
+    if (++m_redirects > LookupProtocol::MaximumRedirects) {
+        fail(QVLyricError::BadRedirect, tr("The lyric service redirects too often."));
         return;
     }
     m_reply->disconnect(this);
     m_reply->deleteLater();
     m_body.clear();
-    m_request.setUrl(target);
-    m_request.setRawHeader("Content-Type", QByteArray());
-    m_reply = m_manager.get(m_request);
-    watchReply();
+    get(target);
 }
 
-void LyricTransfer::fail(int networkError, const QString &description)
+int LyricTransfer::httpStatus() const
 {
-    settle([error = QVLyricError{QVLyricError::TransportDomain, networkError, description}](
+    return m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+}
+
+void LyricTransfer::fail(QVLyricError::TransportCode code, const QString &description)
+{
+    settle([error = QVLyricError{QVLyricError::TransportDomain, code, description, httpStatus()}](
                const auto &, const auto &failure) { failure(error); });
 }
 
@@ -133,7 +179,7 @@ void LyricTransfer::settle(Answer answer)
     m_idle.stop();
     m_reply->disconnect(this);
     m_reply->abort();
-    // Later, since this may run inside a call of the host's. What the answer does may delete this, too.
+    // Queued, since cancel() must return before a handler runs. The handler may delete this object.
     QMetaObject::invokeMethod(
         this,
         [this, answer = std::move(answer), success = std::move(m_success), failure = std::move(m_failure)] {

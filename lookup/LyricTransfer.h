@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "LyricHttpClient.h"
+#include <QVSongLrc/QVLyricHttpClient.h>
 
 #include <QCoreApplication>
 #include <QNetworkAccessManager>
@@ -14,44 +14,43 @@ class QNetworkReply;
 
 namespace QVSongLrcPrivate {
 
-/// One POST under way. Belongs to its parent and deletes itself once it has answered; destroyed before, it
-/// does not answer.
+/// A request and its reply, redirects included. Deletes itself after it has called one of its handlers; when its
+/// parent deletes it before that, it calls none.
 class LyricTransfer final : public QObject
 {
     Q_DECLARE_TR_FUNCTIONS(LyricTransfer)
 
 public:
-    /// What a body may come to, unpacked.
-    static constexpr qsizetype BodyLimit = 16 * 1024 * 1024;
-
-    static constexpr int MaximumRedirects = 5;
-
-    LyricTransfer(const QNetworkRequest &request, const QByteArray &form, std::chrono::milliseconds idleLimit,
-                  LyricHttpClient::Success success, LyricHttpClient::Failure failure, QObject *parent);
+    /// Sends \p request: as a POST when there is a \p form, else as a GET.
+    LyricTransfer(const QNetworkRequest &request, const std::optional<QByteArray> &form,
+                  std::chrono::milliseconds idleLimit, QVLyricHttpClient::Success success,
+                  QVLyricHttpClient::Failure failure, QObject *parent);
     ~LyricTransfer() override;
 
-    /// Fails with the transport's cancellation error, unless the outcome is settled already.
+    /// Fails with QVLyricError::Cancelled, unless the outcome is settled already.
     void cancel();
 
 private:
+    void get(const QUrl &url);
     void watchReply();
     void read();
     void finish();
     void follow(const QUrl &target);
-    void fail(int networkError, const QString &description);
+    int httpStatus() const;
+    void fail(QVLyricError::TransportCode code, const QString &description);
 
-    using Answer =
-        std::function<void(const LyricHttpClient::Success &success, const LyricHttpClient::Failure &failure)>;
+    using Answer = std::function<void(const QVLyricHttpClient::Success &success,
+                                      const QVLyricHttpClient::Failure &failure)>;
     void settle(Answer answer);
 
     QNetworkRequest m_request;
     QNetworkAccessManager m_manager;
-    QNetworkReply *m_reply = nullptr; // the manager's child
+    QNetworkReply *m_reply = nullptr; // owned by the manager
     int m_redirects = 0;
     QTimer m_idle;
     QByteArray m_body;
-    LyricHttpClient::Success m_success;
-    LyricHttpClient::Failure m_failure;
+    QVLyricHttpClient::Success m_success;
+    QVLyricHttpClient::Failure m_failure;
     bool m_isSettled = false;
 };
 

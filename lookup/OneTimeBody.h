@@ -9,8 +9,8 @@
 
 namespace QVSongLrcPrivate {
 
-/// A request's body that is sent once. Qt sends a request up to three times more when the connection closes
-/// before the reply begins, unless its body refuses to start again; and no lookup is repeated.
+/// A request's body that can be read only once. No lookup may be repeated, but Qt repeats a request up to three
+/// times when the connection closes before the reply begins, unless the body cannot be read again.
 class OneTimeBody final : public QIODevice
 {
 public:

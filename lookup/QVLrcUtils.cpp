@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include <QVSongLrc/QVLrcUtils.h>
 
-#include "RequestKey.h"
+#include "LookupProtocol.h"
 
 #include <QVSongLrc/EncryptionTools.h>
 
@@ -12,9 +12,8 @@ using namespace QVSongLrcPrivate;
 
 QString QVLrcUtils::generateLyricApiKey()
 {
-    const QString plain = RequestKey::Prefix + QString::number(QDateTime::currentSecsSinceEpoch());
+    const QString plain = LookupProtocol::KeyPrefix + QString::number(QDateTime::currentSecsSinceEpoch());
     const QString key = EncryptionTools::sharedEncryptionTools()->encryptString(
-        plain, RequestKey::Key,
-        QByteArray(RequestKey::InitialisationVector.data(), RequestKey::InitialisationVector.size()));
+        plain, LookupProtocol::CipherKey, LookupProtocol::InitialisationVector.data());
     return key.isNull() ? QStringLiteral("") : key;
 }

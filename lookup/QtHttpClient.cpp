@@ -5,28 +5,30 @@
 #include "LookupScope.h"
 #include "LyricTransfer.h"
 
-#include <QVSongLrc/LyricService.h>
+#include <QVSongLrc/QVLyricService.h>
 
 #include <QPointer>
 #include <QSslConfiguration>
 #include <QStringEncoder>
 
+#include <stdexcept>
+
 namespace QVSongLrcPrivate {
 namespace {
 
-/// Does not start from the application's default configuration, which may trust more than the system does.
+/// Not based on the application's default configuration, which may trust more authorities than the system.
 QSslConfiguration sslConfiguration()
 {
     QSslConfiguration configuration;
     configuration.setProtocol(QSsl::TlsV1_2OrLater);
     configuration.setPeerVerifyMode(QSslSocket::VerifyPeer);
-    const QList<QSslCertificate> authorities = LyricService::certificateAuthorities();
-    if (!authorities.isEmpty()) // else TLS looks the system's up as it needs them
-        configuration.setCaCertificates(authorities);
+    const QByteArray authorities = QVLyricService::certificateAuthorities();
+    if (!authorities.isEmpty()) // else Qt loads the system's authorities on demand
+        configuration.setCaCertificates(QSslCertificate::fromData(authorities));
     return configuration;
 }
 
-class TransferTask final : public LyricDataTask
+class TransferTask final : public QVLyricDataTask
 {
 public:
     explicit TransferTask(LyricTransfer *transfer)
@@ -41,17 +43,32 @@ public:
     }
 
 private:
-    const QPointer<LyricTransfer> m_transfer; // which belongs to itself
+    const QPointer<LyricTransfer> m_transfer; // deletes itself
 };
+
+/// \p fields as application/x-www-form-urlencoded in UTF-8: everything but the unreserved characters is escaped,
+/// a lone surrogate is U+FFFD.
+QByteArray formBody(const QVLyricHttpClient::Fields &fields)
+{
+    const auto escape = [](const QString &text) {
+        QStringEncoder encode(QStringEncoder::Utf8, QStringConverter::Flag::Stateless);
+        return QByteArray(encode(text)).toPercentEncoding();
+    };
+    QByteArray body;
+    for (const auto &[name, value] : fields)
+        body += (body.isEmpty() ? "" : "&") + escape(name) + '=' + escape(value);
+    return body;
+}
 
 } // namespace
 
 QtHttpClient::QtHttpClient()
 {
     m_request.setSslConfiguration(sslConfiguration());
-    // Qt unpacks what it is handed at once, to count it. Past this it refuses what grows more than fortyfold.
+    // Qt unpacks everything at once to learn its length. Above this size it refuses replies that grow more than
+    // 40 times.
     m_request.setDecompressedSafetyCheckThreshold(4 * 1024 * 1024);
-    m_request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false); // one request is all there is
+    m_request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false); // of no use for a single request
 }
 
 void QtHttpClient::setHeader(const QByteArray &name, const QByteArray &value)
@@ -64,24 +81,25 @@ void QtHttpClient::setIdleLimit(std::chrono::milliseconds limit)
     m_idleLimit = limit;
 }
 
-std::shared_ptr<LyricDataTask> QtHttpClient::post(const QString &path, const Fields &fields, Success success,
-                                                  Failure failure)
+std::shared_ptr<QVLyricDataTask> QtHttpClient::get(const QUrl &url, Success success, Failure failure)
 {
-    m_request.setUrl(LyricService::url(path));
-    return std::make_shared<TransferTask>(new LyricTransfer(m_request, formBody(fields), m_idleLimit,
-                                                            std::move(success), std::move(failure),
-                                                            &LookupScope::instance()));
+    return start(url, std::nullopt, std::move(success), std::move(failure));
 }
 
-QByteArray QtHttpClient::formBody(const Fields &fields)
+std::shared_ptr<QVLyricDataTask> QtHttpClient::post(const QUrl &url, const Fields &fields, Success success,
+                                                    Failure failure)
 {
-    QByteArray body;
-    for (const auto &[name, value] : fields) {
-        QStringEncoder encode(QStringEncoder::Utf8, QStringConverter::Flag::Stateless);
-        const QByteArray utf8 = encode(value);
-        body += (body.isEmpty() ? "" : "&") + name + '=' + utf8.toPercentEncoding();
-    }
-    return body;
+    return start(url, formBody(fields), std::move(success), std::move(failure));
+}
+
+std::shared_ptr<QVLyricDataTask> QtHttpClient::start(const QUrl &url, const std::optional<QByteArray> &form,
+                                                     Success success, Failure failure)
+{
+    if (!url.isValid() || url.scheme() != QLatin1StringView("https") || url.host().isEmpty())
+        throw std::invalid_argument("QVLyricHttpClient: not an HTTPS address");
+    m_request.setUrl(url);
+    return std::make_shared<TransferTask>(new LyricTransfer(m_request, form, m_idleLimit, std::move(success),
+                                                            std::move(failure), &LookupScope::instance()));
 }
 
 } // namespace QVSongLrcPrivate

@@ -2,31 +2,32 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "LyricHttpClient.h"
+#include "LookupProtocol.h"
+
+#include <QVSongLrc/QVLyricHttpClient.h>
 
 #include <QNetworkRequest>
 
 namespace QVSongLrcPrivate {
 
-/// The HTTP client over Qt Network. HTTPS, TLS 1.2 or better, certificate and host name verified: there is no
-/// way to have less.
-class QtHttpClient final : public LyricHttpClient
+/// The HTTP client on Qt Network: HTTPS only, TLS 1.2 or later, certificate and host name always verified.
+class QtHttpClient final : public QVLyricHttpClient
 {
 public:
     QtHttpClient();
 
     void setHeader(const QByteArray &name, const QByteArray &value) override;
     void setIdleLimit(std::chrono::milliseconds limit) override;
-    std::shared_ptr<LyricDataTask> post(const QString &path, const Fields &fields, Success success,
-                                        Failure failure) override;
-
-    /// \p fields as application/x-www-form-urlencoded: UTF-8, all but the unreserved characters escaped, a
-    /// lone surrogate as U+FFFD.
-    static QByteArray formBody(const Fields &fields);
+    std::shared_ptr<QVLyricDataTask> post(const QUrl &url, const Fields &fields, Success success,
+                                          Failure failure) override;
+    std::shared_ptr<QVLyricDataTask> get(const QUrl &url, Success success, Failure failure) override;
 
 private:
+    std::shared_ptr<QVLyricDataTask> start(const QUrl &url, const std::optional<QByteArray> &form,
+                                           Success success, Failure failure);
+
     QNetworkRequest m_request;
-    std::chrono::milliseconds m_idleLimit = std::chrono::seconds(60);
+    std::chrono::milliseconds m_idleLimit = LookupProtocol::IdleLimit;
 };
 
 } // namespace QVSongLrcPrivate

@@ -4,7 +4,6 @@
 
 #include "model/Saturating.h"
 
-#include <QJsonArray>
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QMetaType>
@@ -14,9 +13,9 @@
 
 namespace QVSongLrcPrivate {
 
-// What a dictionary holds under a key when it is of the kind asked for, else nothing. None of these fails.
+// Each returns the value under a key when it has the right type, else nothing.
 
-/// Absent, not empty, when there is no string.
+/// Absent when there is no string; never absent when there is one.
 inline QString stringForKeySafeModel(const QJsonObject &object, QLatin1StringView key)
 {
     const QJsonValue value = object.value(key);
@@ -26,27 +25,15 @@ inline QString stringForKeySafeModel(const QJsonObject &object, QLatin1StringVie
     return text.isNull() ? QStringLiteral("") : text;
 }
 
-/// Cut toward zero, and the nearest limit where 64 bits do not hold it.
+/// Truncated toward zero, and limited to 64 bits.
 inline std::optional<qint64> numberForKeySafeModel(const QJsonObject &object, QLatin1StringView key)
 {
     const QJsonValue value = object.value(key);
     if (!value.isDouble())
         return std::nullopt;
-    const QVariant number = value.toVariant(); // tells whole numbers, which are exact, from others
+    const QVariant number = value.toVariant(); // whole numbers are exact in it
     return number.metaType() == QMetaType::fromType<double>() ? Saturating::fromDouble(number.toDouble())
                                                               : number.toLongLong();
-}
-
-inline std::optional<QJsonArray> arrayForKeySafeModel(const QJsonObject &object, QLatin1StringView key)
-{
-    const QJsonValue value = object.value(key);
-    return value.isArray() ? std::optional(value.toArray()) : std::nullopt;
-}
-
-inline std::optional<QJsonObject> dictionaryForKeySafeModel(const QJsonObject &object, QLatin1StringView key)
-{
-    const QJsonValue value = object.value(key);
-    return value.isObject() ? std::optional(value.toObject()) : std::nullopt;
 }
 
 } // namespace QVSongLrcPrivate

@@ -2,17 +2,20 @@
 // SPDX-License-Identifier: MIT
 #include <QVSongLrc/ZTLyricRequestModel.h>
 
-#include "model/Saturating.h"
 #include "AnswerReader.h"
+#include "LookupLog.h"
+#include "LookupProtocol.h"
 #include "LookupScope.h"
 #include "QtHttpClient.h"
 #include "SafeModel.h"
+#include "model/Saturating.h"
 
 #include <QVSongLrc/QVLrcUtils.h>
+#include <QVSongLrc/QVLyricService.h>
 #include <QVSongLrc/QVSongLrcConstants.h>
 
 #include <QCoreApplication>
-#include <QDebug>
+#include <QPointer>
 
 #include <algorithm>
 #include <cmath>
@@ -21,19 +24,30 @@
 
 using namespace QVSongLrcPrivate;
 
+struct Q_DECL_HIDDEN ZTLyricRequestModel::Private
+{
+    using Done = LookupScope::Done;
+
+    /// Starts a search or, with a \p link, a detail request.
+    static void start(ZTLyricRequestModel &model, const std::optional<QString> &link, const Done &done);
+
+    QJsonObject reqParams;
+    std::shared_ptr<QList<qint64>> retryIndexes = std::make_shared<QList<qint64>>(QList<qint64>{0, 1, 2});
+    std::shared_ptr<QVLyricDataTask> dataTask;
+};
+
+namespace QVSongLrcPrivate {
+Q_LOGGING_CATEGORY(lookupLog, "qvsonglrc.lookup")
+}
+
 namespace {
 
-constexpr qint64 EmptyQuery = -1002;
-constexpr qint64 SearchFailed = -1002;
-constexpr qint64 DetailFailed = -1011;
-constexpr qint64 NothingFound = -1004;
-
-/// Logs a transport failure, and stands in for the error of one that came without.
+/// Logs a transport failure. Makes an error when the transport gave none.
 QVLyricError transportFailure(const std::optional<QVLyricError> &error, qint64 codeWithoutError)
 {
     QVLyricError failure = error.value_or(
         QVLyricError{QVLyricError::ServiceDomain, codeWithoutError, QStringLiteral("networkError")});
-    qWarning().noquote() << failure.description();
+    qCWarning(lookupLog).noquote() << failure.description();
     return failure;
 }
 
@@ -44,21 +58,69 @@ void require(const Completion &completion)
         throw std::invalid_argument("ZTLyricRequestModel: a request needs a completion");
 }
 
+/// \p completion, to be called only while \p context exists.
+template <typename Completion>
+Completion whileExists(QObject *context, Completion completion)
+{
+    require(completion);
+    if (!context)
+        throw std::invalid_argument("ZTLyricRequestModel: the context is null");
+    return [context = QPointer(context), completion = std::move(completion)](const auto &...answer) {
+        if (context)
+            completion(answer...);
+    };
+}
+
 QString orEmpty(const QString &text)
 {
     return text.isNull() ? QStringLiteral("") : text;
 }
 
+QString valueOf(const QJsonObject &query, QLatin1StringView key)
+{
+    return orEmpty(stringForKeySafeModel(query, key));
+}
+
+QString joined(const QJsonObject &query)
+{
+    return valueOf(query, Key_Lyric_Trackname) + valueOf(query, Key_Lyric_Artist);
+}
+
 } // namespace
 
-ZTLyricRequestModel::ZTLyricRequestModel(const QJsonObject &reqParams)
-    : m_reqParams(reqParams)
+void ZTLyricRequestModel::Private::start(ZTLyricRequestModel &model, const std::optional<QString> &link,
+                                         const Done &done)
 {
+    QVLyricHttpClient::Fields fields{{Key_Lyric_Artist, valueOf(model.d->reqParams, Key_Lyric_Artist)},
+                                     {Key_Lyric_Trackname, valueOf(model.d->reqParams, Key_Lyric_Trackname)}};
+    if (link)
+        fields.append({LookupProtocol::Link, orEmpty(*link)});
+    fields.append({LookupProtocol::ApiKey, QVLrcUtils::generateLyricApiKey()});
+    const auto read = link ? AnswerReader::readDetail : AnswerReader::readSearch;
+    const qint64 failed = link ? QVLyricError::DetailFailed : QVLyricError::SearchFailed;
+    model.d->dataTask = model.afPostMgr()->post(
+        QVLyricService::url(link ? LookupProtocol::DetailPath : LookupProtocol::SearchPath), fields,
+        [self = model.shared_from_this(), read, done](const QByteArray &body) {
+            LookupScope::instance().compute(
+                [read, body, query = joined(self->d->reqParams)](const std::stop_token &stop) {
+                    return read(body, query, stop);
+                },
+                [self, done](const LyricAnswer &answer) { done(answer); });
+        },
+        [done, failed](const std::optional<QVLyricError> &error) {
+            done({transportFailure(error, failed), {}, 0, {}});
+        });
+}
+
+ZTLyricRequestModel::ZTLyricRequestModel(const QJsonObject &reqParams)
+    : d(new Private)
+{
+    d->reqParams = reqParams;
 }
 
 ZTLyricRequestModel::~ZTLyricRequestModel()
 {
-    qInfo("ZTLyricRequestModel dealloced ----");
+    qCInfo(lookupLog, "ZTLyricRequestModel dealloced ----");
 }
 
 std::shared_ptr<ZTLyricRequestModel> ZTLyricRequestModel::initWithReqParams(const QJsonObject &reqParams)
@@ -66,86 +128,98 @@ std::shared_ptr<ZTLyricRequestModel> ZTLyricRequestModel::initWithReqParams(cons
     return std::shared_ptr<ZTLyricRequestModel>(new ZTLyricRequestModel(reqParams));
 }
 
-QString ZTLyricRequestModel::queryValue(QLatin1StringView key) const
+std::shared_ptr<QList<qint64>> ZTLyricRequestModel::retryIndexes() const
 {
-    return orEmpty(stringForKeySafeModel(m_reqParams, key));
+    return d->retryIndexes;
+}
+
+void ZTLyricRequestModel::setRetryIndexes(std::shared_ptr<QList<qint64>> indexes)
+{
+    d->retryIndexes = std::move(indexes);
+}
+
+QJsonObject ZTLyricRequestModel::reqParams() const
+{
+    return d->reqParams;
+}
+
+void ZTLyricRequestModel::setReqParams(const QJsonObject &params)
+{
+    d->reqParams = params;
+}
+
+std::shared_ptr<QVLyricDataTask> ZTLyricRequestModel::dataTask() const
+{
+    return d->dataTask;
+}
+
+void ZTLyricRequestModel::setDataTask(std::shared_ptr<QVLyricDataTask> task)
+{
+    d->dataTask = std::move(task);
 }
 
 void ZTLyricRequestModel::requestListWithCompletion(ListCompletion completion)
 {
     require(completion);
-    const QString track = queryValue(Key_Lyric_Trackname);
-    const QString artist = queryValue(Key_Lyric_Artist);
-    if (track.isEmpty() && artist.isEmpty()) {
-        completion(QVLyricError{QVLyricError::EmptyQueryDomain, EmptyQuery, QString()}, {}, 0);
+    if (joined(d->reqParams).isEmpty()) {
+        completion(QVLyricError{QVLyricError::EmptyQueryDomain, QVLyricError::EmptyQuery, QString()}, {}, 0);
         return;
     }
-    m_dataTask = afPostMgr()->post(
-        QStringLiteral("/phpLyricFetcher/search/search.php"),
-        {{"artist", artist}, {"track", track}, {"apiKey", QVLrcUtils::generateLyricApiKey()}},
-        [self = shared_from_this(), completion](const QByteArray &body) {
-            const QString query = self->queryValue(Key_Lyric_Trackname) + self->queryValue(Key_Lyric_Artist);
-            LookupScope::instance().compute(
-                [body, query](const std::stop_token &stop) {
-                    return AnswerReader::readSearch(body, query, stop);
-                },
-                [self, completion](const LyricAnswer &answer) {
-                    completion(answer.error, answer.results, answer.bestIndex);
-                });
-        },
-        [completion](const std::optional<QVLyricError> &error) {
-            completion(transportFailure(error, SearchFailed), {}, 0);
-        });
+    Private::start(*this, std::nullopt, [completion](const LyricAnswer &answer) {
+        completion(answer.error, answer.results, answer.bestIndex);
+    });
+}
+
+void ZTLyricRequestModel::requestListWithCompletion(QObject *context, ListCompletion completion)
+{
+    requestListWithCompletion(whileExists(context, std::move(completion)));
 }
 
 void ZTLyricRequestModel::requestDetail(const QString &link, LyricCompletion completion)
 {
     require(completion);
-    m_dataTask = afPostMgr()->post(
-        QStringLiteral("/phpLyricFetcher/detail/detail.php"),
-        {{"artist", queryValue(Key_Lyric_Artist)},
-         {"track", queryValue(Key_Lyric_Trackname)},
-         {"link", orEmpty(link)},
-         {"apiKey", QVLrcUtils::generateLyricApiKey()}},
-        [self = shared_from_this(), completion](const QByteArray &body) {
-            LookupScope::instance().compute(
-                [body](const std::stop_token &) { return AnswerReader::readDetail(body); },
-                [self, completion](const LyricAnswer &answer) { completion(answer.error, answer.lyric); });
-        },
-        [completion](const std::optional<QVLyricError> &error) {
-            completion(transportFailure(error, DetailFailed), QString());
-        });
+    Private::start(*this, link,
+                   [completion](const LyricAnswer &answer) { completion(answer.error, answer.lyric); });
+}
+
+void ZTLyricRequestModel::requestDetail(const QString &link, QObject *context, LyricCompletion completion)
+{
+    requestDetail(link, whileExists(context, std::move(completion)));
 }
 
 void ZTLyricRequestModel::requestWithCompletion(LyricCompletion completion)
 {
     require(completion);
-    // Not held by the closure: a search that succeeds holds the model, one that fails has no use for it.
-    requestListWithCompletion(
-        [weakSelf = weak_from_this(), completion = std::move(completion)](
-            const std::optional<QVLyricError> &error, const QList<QJsonObject> &results, qint64 bestIndex) {
-            if (error) {
-                completion(error, QString());
-                return;
-            }
-            if (results.isEmpty()) {
-                completion(QVLyricError{QVLyricError::ServiceDomain, NothingFound,
-                                        QCoreApplication::translate("Localized", "Found no lyric")},
-                           QString());
-                return;
-            }
-            const bool isInRange = bestIndex >= 0 && bestIndex < results.size();
-            const QString link =
-                stringForKeySafeModel(results[isInRange ? bestIndex : 0], QLatin1StringView("link"));
-            if (const auto self = weakSelf.lock())
-                self->requestDetail(link, completion);
-        });
+    // Weak: a search that succeeds keeps the model alive, and one that fails does not need it.
+    requestListWithCompletion([weakSelf = weak_from_this(), completion = std::move(completion)](
+                                  const std::optional<QVLyricError> &error, const QList<QJsonObject> &results,
+                                  qint64 bestIndex) {
+        if (error) {
+            completion(error, QString());
+            return;
+        }
+        if (results.isEmpty()) {
+            completion(QVLyricError{QVLyricError::ServiceDomain, QVLyricError::NothingFound,
+                                    QCoreApplication::translate("Localized", "Found no lyric")},
+                       QString());
+            return;
+        }
+        const bool isInRange = bestIndex >= 0 && bestIndex < results.size();
+        const QString link = stringForKeySafeModel(results[isInRange ? bestIndex : 0], LookupProtocol::Link);
+        if (const auto self = weakSelf.lock())
+            self->requestDetail(link, completion);
+    });
+}
+
+void ZTLyricRequestModel::requestWithCompletion(QObject *context, LyricCompletion completion)
+{
+    requestWithCompletion(whileExists(context, std::move(completion)));
 }
 
 void ZTLyricRequestModel::cancel()
 {
-    if (m_dataTask)
-        m_dataTask->cancel();
+    if (d->dataTask)
+        d->dataTask->cancel();
 }
 
 QString ZTLyricRequestModel::getReportDuration(double seconds)
@@ -172,14 +246,13 @@ std::optional<QJsonObject> ZTLyricRequestModel::getBestMatch(const QList<QJsonOb
 {
     if (list.isEmpty())
         return std::nullopt;
-    return list[AnswerReader::bestMatch(list,
-                                        queryValue(Key_Lyric_Trackname) + queryValue(Key_Lyric_Artist))];
+    return list[AnswerReader::bestMatch(list, joined(d->reqParams))];
 }
 
-std::shared_ptr<LyricHttpClient> ZTLyricRequestModel::afPostMgr() const
+std::shared_ptr<QVLyricHttpClient> ZTLyricRequestModel::afPostMgr() const
 {
     auto client = std::make_shared<QtHttpClient>();
-    client->setHeader("Content-Type", "application/x-www-form-urlencoded");
-    client->setHeader("Accept", "application/json");
+    client->setHeader("Content-Type", LookupProtocol::FormType.data());
+    client->setHeader("Accept", LookupProtocol::JsonType.data());
     return client;
 }

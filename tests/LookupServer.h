@@ -5,24 +5,24 @@
 #include "MisbehavingServer.h"
 #include "TestAuthority.h"
 
-#include <QVSongLrc/LyricService.h>
+#include <QVSongLrc/QVLyricService.h>
 
-/// The lyric service of the lookups that a test starts: a server that they trust, unless it presents something
-/// else than trusted().
+/// The lyric service of a test. Lookups trust its certificate, unless the test passes another configuration than
+/// trusted().
 class LookupServer : public MisbehavingServer
 {
 public:
     explicit LookupServer(Behaviour behaviour, const QSslConfiguration &configuration = trusted())
         : MisbehavingServer(configuration, std::move(behaviour))
     {
-        LyricService::setEndpoint(QStringLiteral("127.0.0.1"), port());
+        QVLyricService::setEndpoint(QStringLiteral("127.0.0.1"), port());
     }
 
     static const TestAuthority &authority()
     {
         static const TestAuthority theAuthority = [] {
             TestAuthority made;
-            LyricService::addCertificateAuthority(made.certificate());
+            QVLyricService::addCertificateAuthorities(made.pem());
             return made;
         }();
         return theAuthority;

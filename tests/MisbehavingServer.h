@@ -12,12 +12,11 @@
 
 class QSslServer;
 
-/// An HTTPS server on an ephemeral loopback port and a thread of its own, which does with a request whatever
-/// the test says.
+/// An HTTPS server on an ephemeral loopback port and its own thread. The test decides how it treats a request.
 class MisbehavingServer
 {
 public:
-    /// Runs on the server's thread once a request, body included, has arrived.
+    /// Called on the server's thread when a whole request has arrived.
     using Behaviour = std::function<void(QSslSocket *socket)>;
 
     MisbehavingServer(const QSslConfiguration &configuration, Behaviour behaviour);
@@ -25,16 +24,16 @@ public:
 
     quint16 port() const { return m_port; }
 
-    /// The requests so far, head and body.
+    /// The requests so far, each with head and body.
     QList<QByteArray> requests() const;
 
-    /// Sends \p bytes and closes.
+    /// Sends \p bytes and closes the connection.
     static Behaviour send(const QByteArray &bytes);
 
-    /// Sends \p bytes and nothing more, and keeps the connection.
+    /// Sends \p bytes and keeps the connection open.
     static Behaviour stallAfter(const QByteArray &bytes);
 
-    /// Sends \p first, then \p again as long as anybody takes it.
+    /// Sends \p first, then \p again until the client closes the connection.
     static Behaviour sendForEver(const QByteArray &first, const QByteArray &again);
 
     /// Sends a reply with \p body.
@@ -46,7 +45,7 @@ private:
 
     const Behaviour m_behaviour;
     QThread m_thread;
-    QSslServer *m_server; // on the thread
+    QSslServer *m_server; // lives on m_thread
     quint16 m_port = 0;
     mutable QMutex m_mutex;
     QList<QByteArray> m_requests;

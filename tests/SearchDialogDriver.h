@@ -5,8 +5,8 @@
 #include "MisbehavingServer.h"
 #include "TestAuthority.h"
 
-#include <QVSongLrc/LyricService.h>
 #include <QVSongLrc/QVLyricSearchWndCtl.h>
+#include <QVSongLrc/QVLyricService.h>
 
 #include <QApplication>
 #include <QDialog>
@@ -31,7 +31,7 @@ public:
             m_sockets += socket;
         })
     {
-        LyricService::setEndpoint(QStringLiteral("127.0.0.1"), m_server.port());
+        QVLyricService::setEndpoint(QStringLiteral("127.0.0.1"), m_server.port());
     }
 
     qsizetype asked() const
@@ -66,7 +66,7 @@ private:
     {
         static const QSslConfiguration configuration = [] {
             const TestAuthority authority;
-            LyricService::addCertificateAuthority(authority.certificate());
+            QVLyricService::addCertificateAuthorities(authority.pem());
             return authority.issue("IP:127.0.0.1");
         }();
         return configuration;

@@ -28,9 +28,9 @@ TestAuthority::TestAuthority()
     m_certificate = sign(m_key.get(), "Test authority", 7200, NID_basic_constraints, "critical,CA:TRUE");
 }
 
-QSslCertificate TestAuthority::certificate() const
+QByteArray TestAuthority::pem() const
 {
-    return QSslCertificate(der<X509>(i2d_X509, m_certificate.get()), QSsl::Der);
+    return QSslCertificate(der<X509>(i2d_X509, m_certificate.get()), QSsl::Der).toPem();
 }
 
 QSslConfiguration TestAuthority::issue(const char *name, long secondsValid) const

@@ -8,15 +8,17 @@
 
 #include <memory>
 
-/// A certificate authority of the test's own, made when the test runs: no key lies in the repository.
+/// A certificate authority. It is made when the test runs, so that no private key is in the repository.
 class TestAuthority
 {
 public:
     TestAuthority();
 
-    QSslCertificate certificate() const;
+    /// The authority's certificate.
+    QByteArray pem() const;
 
-    /// What a server presents that is called \p name, such as "IP:127.0.0.1", up to \p secondsValid from now.
+    /// The configuration of a server whose certificate is for \p name, such as "IP:127.0.0.1", and expires in
+    /// \p secondsValid.
     QSslConfiguration issue(const char *name, long secondsValid = 3600) const;
 
 private:

@@ -9,11 +9,11 @@
 #include <algorithm>
 #include <functional>
 
-/// Runs the event loop and measures how long its turns take, by a timer that is due every millisecond.
+/// Runs the event loop and measures its longest turn by a timer with an interval of 1 ms.
 class TurnWatch
 {
 public:
-    /// Runs the loop until \p isOver; false when it is not after half a minute.
+    /// Runs the loop until \p isOver; false when that takes more than 30 s.
     bool run(const std::function<bool()> &isOver)
     {
         QEventLoop loop;

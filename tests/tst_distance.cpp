@@ -21,7 +21,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The plain table, a row at a time.
+// By the full table of distances, row by row.
 qint64 tableDistance(QStringView a, QStringView b)
 {
     std::vector<qint64> row(size_t(b.size()) + 1);
@@ -39,7 +39,7 @@ qint64 tableDistance(QStringView a, QStringView b)
 
 QString randomText(QRandomGenerator &random, int length, int alphabet)
 {
-    // 128 apart, so that the units meet in one slot of the hash table.
+    // With a distance of 128 the units collide in the hash table.
     const bool collide = random.bounded(2) == 0;
     QString text;
     while (text.size() < length)
@@ -47,7 +47,7 @@ QString randomText(QRandomGenerator &random, int length, int alphabet)
     return text;
 }
 
-// Something a few changes away from the text, or far.
+// The text with a few changes, or another text.
 QString changedText(QRandomGenerator &random, QString text, int alphabet)
 {
     if (random.bounded(4) == 0)
@@ -81,7 +81,7 @@ private Q_SLOTS:
             {u"abc"_s, u"abc"_s, 100.0f},
             {u"abc"_s, u"abd"_s, 66.666664f},
             {u"abcdefg"_s, u"abcdefx"_s, 85.71429f},
-            {u"ab"_s, u"abcd"_s, 0.0f}, // the receiver's length divides
+            {u"ab"_s, u"abcd"_s, 0.0f}, // divided by the receiver's length
             {u"abcd"_s, u"ab"_s, 50.0f},
             {u"a"_s, u"xyz"_s, -200.0f},
             {u""_s, u"xyz"_s, 3.0f}, // not scored
@@ -92,14 +92,14 @@ private Q_SLOTS:
             {u"abcd "_s, u"abcd"_s, 80.0f},
         };
         for (const auto &[receiver, argument, score] : cases) {
-            // To the bit: QCOMPARE alone lets floats differ a little.
+            // Exactly equal; QCOMPARE compares floats only approximately.
             const float got = Distance::likePercent(receiver, argument);
             QVERIFY2(got == score,
                      qPrintable(u"%1, %2: %3"_s.arg(receiver, argument).arg(double(got), 0, 'g', 9)));
         }
     }
 
-    // Lengths around the 64 rows of a word, near and far texts, every kind of limit.
+    // Lengths around the 64 rows of a word, similar and different texts, limits below and above the distance.
     void agreesWithTheTable()
     {
         QRandomGenerator random(1);
@@ -126,15 +126,15 @@ private Q_SLOTS:
         near.remove(999'000, 1);
         QCOMPARE(Distance::likePercent(text, near), float(100.0 - 4 * 100.0 / 1'000'000));
         QCOMPARE(Distance::likePercent(u"!"_s.repeated(1'000'000), u"?"_s.repeated(64)), 0.0f);
-        // Close, but to one side of the diagonal, where narrow bands do not reach.
+        // Similar, but the path is outside of narrow bands.
         const QString shifted = text.sliced(350, 650) + QString(350, u'!');
         const QStringView whole = QStringView(text).first(1'000);
         QCOMPARE(editDistance(whole, shifted, 1'000), tableDistance(whole, shifted));
-        QString allDifferent; // as many kinds of units as the hash tables are made for
+        QString allDifferent; // the most distinct units that a hash table must hold
         while (allDifferent.size() < 256)
             allDifferent += QChar(char16_t(0x100 + allDifferent.size()));
         QCOMPARE(Distance::likePercent(allDifferent, u"?"_s.repeated(256)), 0.0f);
-        std::stop_source stop; // without which it would take minutes
+        std::stop_source stop; // without it the comparison takes minutes
         stop.request_stop();
         QElapsedTimer clock;
         clock.start();
@@ -164,7 +164,7 @@ private Q_SLOTS:
             {song("ab", "cd"), {song("xx", "cd"), song("ab", "cd"), song("ab", "cx")}, 1},
             {song("ab", "cd"), {song("ab", "c"), song("a", "bcd"), song("ab", "cd")}, 1}, // joined
             {song("ab", "c"), {song("x", "bc"), song("ab", "x")}, 0}, // the first of equals
-            // 3 of 10 and 2 of 6: the candidate's length divides.
+            // Distances of 3 in 10 and 2 in 6: divided by the candidate's length.
             {song("abcd", "efg"), {song("abcd", "ex"), song("abcd", "efgxyz")}, 1},
             {song("abcdefghij", ""), {song("x", "y"), song("a", "b"), song("z", "z")}, 0}, // all far away
             {song("", ""), {song("x", "y"), song("ab", "c"), song("de", "f")}, 1},
@@ -174,8 +174,8 @@ private Q_SLOTS:
         QCOMPARE(ZTLyricRequestModel::initWithReqParams({})->getBestMatch({}), std::nullopt);
     }
 
-    // The cut-off of hopeless candidates changes nothing, rounding of the scores included.
-    void choosesAsThePlainRuleDoes()
+    // Stopping early for bad candidates does not change the result, despite rounded scores.
+    void choosesLikeTheSimpleRule()
     {
         QRandomGenerator random(3);
         for (int round = 0; round < 300; ++round) {

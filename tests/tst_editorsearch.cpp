@@ -7,7 +7,7 @@
 #include "MisbehavingServer.h"
 #include "TestAuthority.h"
 
-#include <QVSongLrc/LyricService.h>
+#include <QVSongLrc/QVLyricService.h>
 
 #include <QProcess>
 #include <QSemaphore>
@@ -36,7 +36,7 @@ class TestEditorSearch : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { LyricService::addCertificateAuthority(m_authority.certificate()); }
+    void initTestCase() { QVLyricService::addCertificateAuthorities(m_authority.pem()); }
 
     void loadsFromTheService()
     {
@@ -50,13 +50,14 @@ private Q_SLOTS:
         QByteArray authority;
         for (const QByteArray &line : printed.split('\n')) {
             if (line.startsWith("url: "))
-                LyricService::setEndpoint(u"localhost"_s,
-                                          quint16(QUrl(QString::fromUtf8(line.sliced(5))).port()));
+                QVLyricService::setEndpoint(u"localhost"_s,
+                                            quint16(QUrl(QString::fromUtf8(line.sliced(5))).port()));
             else if (line.startsWith("authority: "))
                 authority = line.sliced(11);
         }
-        LyricService::addCertificateAuthority(
-            QSslCertificate::fromPath(QString::fromUtf8(authority)).value(0));
+        QFile file(QString::fromUtf8(authority));
+        QVERIFY(file.open(QFile::ReadOnly));
+        QVLyricService::addCertificateAuthorities(file.readAll());
 
         EditorDriver editor(song());
         inDialogs([&] { editor.key(Qt::Key_L, Qt::ControlModifier); }, {download});
@@ -73,7 +74,7 @@ private Q_SLOTS:
     {
         const MisbehavingServer server(m_authority.issue("IP:127.0.0.1"),
                                        answer(R"({"code":5,"message":"no"})"));
-        LyricService::setEndpoint(u"127.0.0.1"_s, server.port());
+        QVLyricService::setEndpoint(u"127.0.0.1"_s, server.port());
         EditorDriver editor(song());
         const QString before = editor.text();
         inDialogs([&] { editor.key(Qt::Key_L, Qt::ControlModifier); }, {download});
@@ -113,7 +114,7 @@ private Q_SLOTS:
         QSemaphore mayAnswer;
         const MisbehavingServer server(m_authority.issue("IP:127.0.0.1"),
                                        answer(R"({"result":{"lyric":"late\n"}})", &mayAnswer));
-        LyricService::setEndpoint(u"127.0.0.1"_s, server.port());
+        QVLyricService::setEndpoint(u"127.0.0.1"_s, server.port());
         EditorDriver editor(song());
         inDialogs([&] { editor.key(Qt::Key_L, Qt::ControlModifier); }, {[&](QWidget *dialog) {
                       download(dialog);

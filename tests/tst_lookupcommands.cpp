@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
-// songlrc search and fetch, run as a person runs them against a service of the test's own.
+// Runs songlrc search and fetch against a service of the test.
 
 #include "MisbehavingServer.h"
 #include "TestAuthority.h"
@@ -24,7 +24,7 @@ private Q_SLOTS:
     {
         QFile file(m_directory.filePath(u"authority.pem"_s));
         QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(m_authority.certificate().toPem());
+        file.write(m_authority.pem());
     }
 
     void answers_data()

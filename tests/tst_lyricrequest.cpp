@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
-#include "lookup/LyricHttpClient.h"
 #include "LookupServer.h"
+#include <QVSongLrc/QVLyricHttpClient.h>
 
 #include <QVSongLrc/QVSongLrcConstants.h>
 #include <QVSongLrc/ZTLyricRequestModel.h>
@@ -10,14 +10,11 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QJsonDocument>
-#include <QNetworkReply>
 #include <QTest>
 #include <QTimer>
 
 #include <limits>
 #include <stdexcept>
-
-using namespace QVSongLrcPrivate;
 
 using namespace Qt::StringLiterals;
 
@@ -29,7 +26,7 @@ using Server = LookupServer;
 const QJsonObject Query{{Key_Lyric_Trackname, u"title"_s}, {Key_Lyric_Artist, u"artist"_s}};
 const QByteArray Good = R"({"results":[{"track":"T","artist":"A","link":"1"}],"result":{"lyric":"text"}})";
 const QString Dealloced = u"ZTLyricRequestModel dealloced ----"_s;
-const QString Cancelled = u"Error Domain=QNetworkReply::NetworkError Code=5 \"The request was cancelled.\""_s;
+const QString Cancelled = u"Error Domain=QVSongLrc.Transport Code=1 \"The request was cancelled.\""_s;
 
 QStringList logged;
 
@@ -38,7 +35,7 @@ QVLyricError service(qint64 code, const QString &description)
     return {QVLyricError::ServiceDomain, code, description};
 }
 
-/// A model over a transport that answers what the test says, or fails if it says nothing.
+/// A model whose transport replies with \p body, or fails without an error when there is none.
 class CannedModel : public ZTLyricRequestModel
 {
 public:
@@ -48,31 +45,30 @@ public:
     {
     }
 
-    std::shared_ptr<LyricHttpClient> afPostMgr() const override
+    std::shared_ptr<QVLyricHttpClient> afPostMgr() const override
     {
-        struct Client : LyricHttpClient
+        struct Client : QVLyricHttpClient
         {
-            explicit Client(const CannedModel &itsModel)
-                : model(itsModel)
-            {
-            }
             void setHeader(const QByteArray &, const QByteArray &) override { }
             void setIdleLimit(std::chrono::milliseconds) override { }
-            std::shared_ptr<LyricDataTask> post(const QString &, const Fields &fields, Success success,
-                                                Failure failure) override
+            std::shared_ptr<QVLyricDataTask> get(const QUrl &, Success, Failure) override { return nullptr; }
+            std::shared_ptr<QVLyricDataTask> post(const QUrl &, const Fields &fields, Success success,
+                                                  Failure failure) override
             {
-                model.sent += fields;
-                QTimer::singleShot(0, qApp, [body = model.m_body, success, failure] {
+                model->sent += fields;
+                QTimer::singleShot(0, qApp, [body = model->m_body, success, failure] {
                     body ? success(*body) : failure(std::nullopt);
                 });
                 return nullptr;
             }
-            const CannedModel &model;
+            const CannedModel *model;
         };
-        return std::make_shared<Client>(*this);
+        const auto client = std::make_shared<Client>();
+        client->model = this;
+        return client;
     }
 
-    mutable QList<LyricHttpClient::Fields> sent;
+    mutable QList<QVLyricHttpClient::Fields> sent;
 
 private:
     const std::optional<QByteArray> m_body;
@@ -85,13 +81,15 @@ class TestLyricRequest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // An application object a test, so that each also proves that the next one finds things in order.
+    // Every test has its own application object, so that nothing may outlive it.
     void init()
     {
         makeApplication();
         logged.clear();
-        qInstallMessageHandler(
-            [](QtMsgType, const QMessageLogContext &, const QString &message) { logged += message; });
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &context, const QString &message) {
+            logged +=
+                QByteArrayView(context.category) == "qvsonglrc.lookup" ? message : u"not ours: "_s + message;
+        });
     }
     void cleanup()
     {
@@ -101,7 +99,7 @@ private Q_SLOTS:
 
     void refusesEmptyQueries()
     {
-        const QVLyricError refusal{QVLyricError::EmptyQueryDomain, -1002, QString()};
+        const QVLyricError refusal{QVLyricError::EmptyQueryDomain, QVLyricError::EmptyQuery, QString()};
         for (const QJsonObject &query :
              {QJsonObject(), QJsonObject{{Key_Lyric_Trackname, u""_s}, {Key_Lyric_Artist, u""_s}},
               QJsonObject{{Key_Lyric_Trackname, 5}, {Key_Lyric_Artist, QJsonValue()}}}) {
@@ -127,16 +125,33 @@ private Q_SLOTS:
         }
     }
 
-    void refusesAbsentCompletions()
+    void needsCompletionsAndContexts()
     {
-        const auto model = std::make_shared<CannedModel>();
+        const auto model = std::make_shared<CannedModel>(Good);
+        const auto ignore = [](const auto &...) {};
         QVERIFY_THROWS_EXCEPTION(std::invalid_argument, model->requestListWithCompletion(nullptr));
         QVERIFY_THROWS_EXCEPTION(std::invalid_argument, model->requestDetail(u"x"_s, nullptr));
         QVERIFY_THROWS_EXCEPTION(std::invalid_argument, model->requestWithCompletion(nullptr));
+        QVERIFY_THROWS_EXCEPTION(std::invalid_argument, model->requestWithCompletion(this, nullptr));
+        QVERIFY_THROWS_EXCEPTION(std::invalid_argument, model->requestWithCompletion(nullptr, ignore));
         QVERIFY(model->sent.isEmpty());
+
+        auto context = std::make_unique<QObject>();
+        int late = 0; // calls after the context's end
+        int answers = 0;
+        for (QObject *const object : {context.get(), static_cast<QObject *>(this)}) {
+            const auto completion = [&count = object == this ? answers : late](const auto &...) { ++count; };
+            model->requestListWithCompletion(object, completion);
+            model->requestDetail(u"x"_s, object, completion);
+            model->requestWithCompletion(object, completion);
+        }
+        context = nullptr;
+        QTRY_COMPARE(model.use_count(), 1); // all requests have answered
+        QCOMPARE(answers, 3);
+        QCOMPARE(late, 0);
     }
 
-    // What a search and a detail request make of the same body.
+    // The results of a search and of a detail request with the same reply.
     void readsReplies_data()
     {
         QTest::addColumn<QByteArray>("body");
@@ -155,7 +170,8 @@ private Q_SLOTS:
               "\"x\""_ba, "{"_ba, "{}x"_ba, "{'code':0}"_ba, "{\"a\":\"\xff\"}"_ba,
               "{\"a\":\"\xed\xa0\x80\"}"_ba, "{\"a\":\"\xe6\xad"_ba,
               "{\"a\":" + QByteArray(Deep, '[') + QByteArray(Deep, ']') + '}'})
-            row(body, service(-1002, u"empty response"_s), service(-1010, u"empty response"_s));
+            row(body, service(QVLyricError::SearchFailed, u"empty response"_s),
+                service(QVLyricError::DetailUnreadable, u"empty response"_s));
 
         const auto reported = [&](const QByteArray &body, qint64 code, const QString &message = u""_s) {
             row(body, service(code, message), service(code, message));
@@ -169,7 +185,7 @@ private Q_SLOTS:
         reported(R"({"code":1e30})", Max);
         reported(R"({"code":-2.9})", -2);
 
-        const Error nothing = service(-1004, u"没有结果"_s);
+        const Error nothing = service(QVLyricError::NothingFound, u"没有结果"_s);
         for (const QByteArray &body :
              {"{}"_ba, R"({"code":"7"})"_ba, R"({"code":0.9})"_ba, R"({"code":null,"results":[]})"_ba,
               R"({"code":true,"results":{}})"_ba, R"({"results":[5,"x",null,[],{},{"track":"T"}]})"_ba,
@@ -232,7 +248,7 @@ private Q_SLOTS:
         int answers = 0;
         model->requestWithCompletion([&](const Error &error, const QString &lyric) {
             ++answers;
-            QCOMPARE(error, service(-1004, u"Found no lyric"_s));
+            QCOMPARE(error, service(QVLyricError::NothingFound, u"Found no lyric"_s));
             QVERIFY(lyric.isNull());
         });
         QCOMPARE(answers, 1);
@@ -248,41 +264,31 @@ private Q_SLOTS:
                 QCOMPARE(lyric, u"text"_s);
             });
             QTRY_COMPARE(answers, 1);
-            QCOMPARE(model->sent.takeFirst().value(2), std::pair("link"_ba, expected));
+            QCOMPARE(model->sent.takeFirst().value(2), std::pair(u"link"_s, expected));
         }
         QVERIFY(model->sent.isEmpty());
     }
 
     void reportsDurations()
     {
-        const std::pair<double, QString> cases[] = {
-            {1.2345, u"1200"_s},
-            {0.0999, u"0"_s},
-            {-0.25, u"-200"_s},
-            {-0.05, u"0"_s},
-            {2.0, u"2000"_s},
-            {1e30, u"2147483600"_s},
-            {-std::numeric_limits<double>::infinity(), u"-2147483600"_s},
-            {std::numeric_limits<double>::quiet_NaN(), u"0"_s}};
-        for (const auto &[seconds, text] : cases) {
-            const QString got = ZTLyricRequestModel::getReportDuration(seconds);
-            QVERIFY2(got == text, qPrintable(u"%1: %2"_s.arg(seconds).arg(got)));
-        }
+        using Limits = std::numeric_limits<double>;
+        QStringList texts;
+        for (const double seconds :
+             {1.2345, 0.0999, -0.25, -0.05, 2.0, 1e30, -Limits::infinity(), Limits::quiet_NaN()})
+            texts += ZTLyricRequestModel::getReportDuration(seconds);
+        QCOMPARE(texts.join(u' '), u"1200 0 -200 0 2000 2147483600 -2147483600 0"_s);
     }
 
     void cancels_data()
     {
-        QTest::addColumn<bool>("atOnce");
-        QTest::addColumn<bool>("underWay");
-        QTest::newRow("at once") << true << false;
-        QTest::newRow("under way") << false << true;
-        QTest::newRow("too late") << false << false;
+        QTest::addColumn<bool>("isCancelled");
+        QTest::newRow("at once") << true;
+        QTest::newRow("under way") << true;
+        QTest::newRow("too late") << false;
     }
     void cancels()
     {
-        QFETCH(const bool, atOnce);
-        QFETCH(const bool, underWay);
-        const bool isCancelled = atOnce || underWay;
+        QFETCH(const bool, isCancelled);
         const Server server(isCancelled ? Server::stallAfter({}) : Server::reply(Good));
         auto model = ZTLyricRequestModel::initWithReqParams(Query);
         QList<Error> answers;
@@ -290,7 +296,7 @@ private Q_SLOTS:
             answers += error;
             model->cancel();
         });
-        if (underWay)
+        if (QTest::currentDataTag() == "under way"_ba)
             QTRY_COMPARE(server.requests().size(), 1);
         for (int times = isCancelled ? 3 : 0; times > 0; --times)
             model->cancel();
@@ -363,12 +369,12 @@ private Q_SLOTS:
         QCOMPARE(logged, (QStringList{Cancelled, Dealloced}));
     }
 
-    // Objects to be deleted later are deleted in an event loop of the completion's own.
-    void completionsMayDeleteTheirCarrier()
+    // As when a completion runs an event loop, which deletes the transfer.
+    void completionsMayDeleteTheirTransfer()
     {
         for (const QByteArray status : {"200 OK", "404 Not Found"}) {
             const Server server(Server::reply(Good, status));
-            const auto large = std::make_shared<QByteArray>(1'000, 'x'); // what the completion holds
+            const auto large = std::make_shared<QByteArray>(1'000, 'x'); // held by the completion
             qsizetype size = 0;
             ZTLyricRequestModel::initWithReqParams(Query)->requestListWithCompletion(
                 [&size, large](const auto &...) {
@@ -389,14 +395,14 @@ private Q_SLOTS:
             auto model = ZTLyricRequestModel::initWithReqParams(Query);
             const auto token = std::make_shared<int>(); // held by the completion
             model->requestListWithCompletion(
-                [token](const auto &...) { QFAIL("nobody waits for this any more"); });
+                [token](const auto &...) { QFAIL("called after the application object"); });
             if (state != u"just started"_s)
                 QTRY_COMPARE(server.requests().size(), 1);
             if (state == u"cancelled"_s)
                 model->cancel();
             const auto task = model->dataTask();
             model = nullptr;
-            QCOMPARE(token.use_count(), 3); // one a handler and this
+            QCOMPARE(token.use_count(), 3); // two handlers and this test
             m_application = nullptr;
             QCOMPARE(token.use_count(), 1);
             QCOMPARE(logged, QStringList(Dealloced));
@@ -405,7 +411,7 @@ private Q_SLOTS:
         }
     }
 
-    // The reply asks for a comparison of minutes, which is given up.
+    // The comparison of this reply would take minutes.
     void endsWhileItReadsAReply()
     {
         constexpr int Long = 1'000'000;
@@ -414,29 +420,53 @@ private Q_SLOTS:
         const auto token = std::make_shared<int>();
         std::make_shared<CannedModel>(reply, QJsonObject{{Key_Lyric_Trackname, QString(Long, u'b')}})
             ->requestListWithCompletion(
-                [token](const auto &...) { QFAIL("nobody waits for this any more"); });
-        QCoreApplication::processEvents(); // in which the reply arrives
+                [token](const auto &...) { QFAIL("called after the application object"); });
+        QCoreApplication::processEvents(); // the reply arrives
         QVERIFY(token.use_count() > 1);
         QElapsedTimer clock;
         clock.start();
         m_application = nullptr;
-        QVERIFY2(clock.elapsed() < 5'000, "the end waits for the comparison");
+        QVERIFY2(clock.elapsed() < 5'000, "the application waits for the comparison");
         QCOMPARE(token.use_count(), 1);
         QCOMPARE(logged, QStringList(Dealloced));
     }
 
-    void keepsTheServicesAddress()
+    void keepsSettings()
     {
-        LyricService::setEndpoint(u"lyrics.example"_s);
-        QCOMPARE(LyricService::url(u"/a/b"_s).toString(), u"https://lyrics.example/a/b"_s);
-        LyricService::setEndpoint(u"::1"_s, 8443);
-        QCOMPARE(LyricService::url(u"/a"_s).toString(), u"https://[::1]:8443/a"_s);
+        QVLyricService::setEndpoint(u"lyrics.example"_s);
+        QCOMPARE(QVLyricService::url(u"/a/b"_s).toString(), u"https://lyrics.example/a/b"_s);
+        QVLyricService::setEndpoint(u"::1"_s, 8443);
+        QCOMPARE(QVLyricService::url(u"/a"_s).toString(), u"https://[::1]:8443/a"_s);
         for (const QString &host : {QString(), u""_s, u"a b"_s, u"a/b"_s, u"a@b"_s, u"a:1"_s})
-            QVERIFY_THROWS_EXCEPTION(std::invalid_argument, LyricService::setEndpoint(host));
-        QVERIFY_THROWS_EXCEPTION(std::invalid_argument, LyricService::setEndpoint(u"a"_s, 0));
-        QVERIFY_THROWS_EXCEPTION(std::invalid_argument,
-                                 LyricService::addCertificateAuthority(QSslCertificate()));
-        QCOMPARE(LyricService::port(), 8443);
+            QVERIFY_THROWS_EXCEPTION(std::invalid_argument, QVLyricService::setEndpoint(host));
+        QVERIFY_THROWS_EXCEPTION(std::invalid_argument, QVLyricService::setEndpoint(u"a"_s, 0));
+        QCOMPARE(QVLyricService::port(), 8443);
+
+        const QByteArray before = QVLyricService::certificateAuthorities();
+        const QByteArray one = TestAuthority().pem();
+        const QByteArray encrypted = QByteArray(one).insert(28,
+                                                            "Proc-Type: 4,ENCRYPTED\nDEK-Info: AES-128-CBC,"
+                                                            "00000000000000000000000000000000\n\n");
+        for (const QByteArray &pem :
+             {""_ba, "text"_ba, one + one.chopped(9), one + QByteArray(one).remove(100, 1), one + encrypted})
+            QVERIFY_THROWS_EXCEPTION(std::invalid_argument, QVLyricService::addCertificateAuthorities(pem));
+        QCOMPARE(QVLyricService::certificateAuthorities(), before);
+        QVLyricService::addCertificateAuthorities("# one\n" + one + "# two\n" + one + "# end");
+        QCOMPARE(QVLyricService::certificateAuthorities(), before + one + one);
+
+        const QUrl proxy(u"socks5://[::1]:1080"_s);
+        QVLyricService::setProxy(proxy);
+        for (const QString &url :
+             {u"https://a:1"_s, u"http://a"_s, u"http://:1"_s, u"a:1"_s, u"http://a b:1"_s})
+            QVERIFY_THROWS_EXCEPTION(std::invalid_argument, QVLyricService::setProxy(QUrl(url)));
+        QCOMPARE(QVLyricService::proxy(), proxy);
+        QVLyricService::setProxy(QUrl());
+        QVERIFY(QVLyricService::proxy().isEmpty());
+
+        const CannedModel model;
+        QCOMPARE(*model.retryIndexes(), (QList<qint64>{0, 1, 2}));
+        QVERIFY(model.retryIndexes() == model.retryIndexes());
+        QVERIFY(model.retryIndexes() != CannedModel().retryIndexes());
     }
 
 private:

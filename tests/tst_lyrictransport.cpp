@@ -1,21 +1,18 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
-#include "lookup/LyricHttpClient.h"
 #include "LookupServer.h"
 #include "TurnWatch.h"
+#include <QVSongLrc/QVLyricHttpClient.h>
 
 #include <QVSongLrc/EncryptionTools.h>
 #include <QVSongLrc/QVLrcUtils.h>
 #include <QVSongLrc/QVSongLrcConstants.h>
 #include <QVSongLrc/ZTLyricRequestModel.h>
 
-#include <QNetworkReply>
 #include <QTcpServer>
 #include <QTest>
 
 #include <optional>
-
-using namespace QVSongLrcPrivate;
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -32,25 +29,21 @@ using Server = LookupServer;
 const QByteArray Head = "HTTP/1.1 200 OK\r\n";
 const QByteArray Good = R"({"results":[{"track":"T","artist":"A"}]})";
 
-/// A model that waits no longer for progress than it is told.
-class HastyModel : public ZTLyricRequestModel
+/// A model with its own idle limit.
+struct HastyModel : ZTLyricRequestModel
 {
-public:
-    explicit HastyModel(std::chrono::milliseconds idleLimit)
+    explicit HastyModel(std::chrono::milliseconds limit)
         : ZTLyricRequestModel({{Key_Lyric_Trackname, u"title"_s}, {Key_Lyric_Artist, u"artist"_s}})
-        , m_idleLimit(idleLimit)
+        , idleLimit(limit)
     {
     }
-
-    std::shared_ptr<LyricHttpClient> afPostMgr() const override
+    std::shared_ptr<QVLyricHttpClient> afPostMgr() const override
     {
         auto client = ZTLyricRequestModel::afPostMgr();
-        client->setIdleLimit(m_idleLimit);
+        client->setIdleLimit(idleLimit);
         return client;
     }
-
-private:
-    const std::chrono::milliseconds m_idleLimit;
+    const std::chrono::milliseconds idleLimit;
 };
 
 struct Outcome
@@ -63,8 +56,8 @@ struct Outcome
     int runs = 0;
 };
 
-/// A search from its start until the model has gone, repeated while its turns are long: if it is its fault, they
-/// are so every time.
+/// Runs a search until its model has been destroyed. Repeats it while turns of the event loop are long: if the
+/// lookup is the reason, they are long every time.
 Outcome search(std::chrono::milliseconds idleLimit = 20s, int attempts = 3)
 {
     const auto outcome = std::make_shared<Outcome>();
@@ -82,7 +75,7 @@ Outcome search(std::chrono::milliseconds idleLimit = 20s, int attempts = 3)
         });
         model = nullptr;
         watch.run([life] { return life.expired(); });
-        QElapsedTimer later; // for a second answer, and what the request leaves to be cleared away
+        QElapsedTimer later; // for a second answer and deferred deletions
         later.start();
         watch.run([later] { return later.hasExpired(20); });
         outcome->longestTurnMs = watch.longestMs();
@@ -90,7 +83,7 @@ Outcome search(std::chrono::milliseconds idleLimit = 20s, int attempts = 3)
     return *outcome;
 }
 
-/// Checks that a search has answered once, with the error \p code or, where that is 0, results.
+/// Checks that a search has answered once: with the error \p code, or with results when that is 0.
 void check(const Outcome &outcome, int code, const QString &description = {})
 {
     QCOMPARE(outcome.answers, 1);
@@ -115,6 +108,12 @@ class TestLyricTransport : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase()
+    {
+        for (const char *const variable : {"https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY"})
+            qputenv(variable, "http://127.0.0.1:1"); // must not be used
+    }
+
     void handshakes_data()
     {
         QTest::addColumn<QSslConfiguration>("configuration");
@@ -140,24 +139,58 @@ private Q_SLOTS:
         QFETCH(const bool, isAccepted);
         const Server server(Server::reply(Good), configuration);
         const Outcome outcome = search();
-        check(outcome, isAccepted ? 0 : QNetworkReply::SslHandshakeFailedError);
+        check(outcome, isAccepted ? 0 : int(QVLyricError::Tls));
         QCOMPARE(server.requests().size(), isAccepted ? outcome.runs : 0);
     }
 
-    void meetsNoTls()
+    void failsWithoutTls()
     {
-        QTcpServer silent; // which the kernel answers for
+        QTcpServer silent; // the kernel accepts the connection
         silent.listen(QHostAddress::LocalHost);
-        LyricService::setEndpoint(u"127.0.0.1"_s, silent.serverPort());
-        check(search(300ms), QNetworkReply::TimeoutError);
+        QVLyricService::setEndpoint(u"127.0.0.1"_s, silent.serverPort());
+        check(search(300ms), QVLyricError::Timeout);
         silent.close();
-        check(search(), QNetworkReply::ConnectionRefusedError);
+        check(search(), QVLyricError::Unreachable);
+    }
+
+    void usesProxies_data()
+    {
+        QTest::addColumn<QByteArray>("greeting");
+        QTest::addColumn<QByteArray>("request");
+        QTest::addColumn<QByteArray>("refusal");
+        QTest::newRow("http") << ""_ba
+                              << "CONNECT lyrics.example:443 HTTP/1.1\r\n"_ba
+                              << "HTTP/1.1 502 No\r\nContent-Length: 0\r\n\r\n"_ba;
+        QTest::newRow("socks5") << "\5\0"_ba
+                                << "\5\1\0\3\16lyrics.example\1\xbb"_ba
+                                << "\5\1\0\1\0\0\0\0\0\0"_ba;
+    }
+    void usesProxies()
+    {
+        QFETCH(const QByteArray, greeting);
+        QFETCH(const QByteArray, request);
+        QFETCH(const QByteArray, refusal);
+        QTcpServer proxy;
+        proxy.listen(QHostAddress::LocalHost);
+        QByteArray got;
+        connect(&proxy, &QTcpServer::newConnection, this, [&] {
+            QTcpSocket *const socket = proxy.nextPendingConnection();
+            connect(socket, &QTcpSocket::readyRead, this, [&, socket] {
+                got += socket->readAll();
+                socket->write(got.contains(request) ? refusal : greeting);
+            });
+        });
+        QVLyricService::setEndpoint(u"lyrics.example"_s);
+        QVLyricService::setProxy(QUrl(
+            u"%1://127.0.0.1:%2"_s.arg(QLatin1StringView(QTest::currentDataTag())).arg(proxy.serverPort())));
+        check(search(20s, 1), QVLyricError::Unreachable);
+        QVLyricService::setProxy(QUrl());
+        QVERIFY2(got.contains(request), got.toHex(' ').constData());
     }
 
     void replies_data()
     {
-        using Reply = QNetworkReply;
-        constexpr int NoObject = -1002;
+        using Error = QVLyricError;
         QTest::addColumn<Server::Behaviour>("behaviour");
         QTest::addColumn<int>("code");
         QTest::addColumn<QString>("description");
@@ -166,38 +199,39 @@ private Q_SLOTS:
             QTest::newRow(name) << behaviour << code << QString::fromLatin1(description);
         };
         const auto cut = [&](const char *name, const QByteArray &bytes) {
-            row(name, Server::send(bytes), Reply::RemoteHostClosedError);
+            row(name, Server::send(bytes), Error::BadReply);
         };
-        cut("closed without a word", {});
+        cut("closed without a reply", {});
         cut("cut in the headers", "HTTP/1.1 200 OK\r\nContent-Le");
         cut("cut in the body", Head + "Content-Length: 1000\r\n\r\n" + Good);
         cut("cut in a chunk", Head + "Transfer-Encoding: chunked\r\n\r\n40\r\n{");
         cut("no HTTP", "SSH-2.0-x\r\n\r\n");
 
         const char *const slow = "The lyric service has not answered in time.";
-        row("stalls at once", Server::stallAfter({}), Reply::TimeoutError, slow);
-        row("stalls in the body", Server::stallAfter(Head + "Content-Length: 1000\r\n\r\n{"),
-            Reply::TimeoutError, slow);
+        row("stalls at once", Server::stallAfter({}), Error::Timeout, slow);
+        row("stalls in the body", Server::stallAfter(Head + "Content-Length: 1000\r\n\r\n{"), Error::Timeout,
+            slow);
         row("headers without end", Server::sendForEver(Head, "A: " + QByteArray(4096, 'a') + "\r\n"),
-            Reply::TimeoutError, slow);
+            Error::Timeout, slow);
 
         const char *const tooLong = "The lyric service's answer is too long.";
         const QByteArray space(65536, ' ');
         row("body without end", Server::sendForEver(Head + "Connection: close\r\n\r\n", space),
-            Reply::UnknownContentError, tooLong);
+            Error::TooLarge, tooLong);
         row("chunks without end",
             Server::sendForEver(Head + "Transfer-Encoding: chunked\r\n\r\n", "10000\r\n" + space + "\r\n"),
-            Reply::UnknownContentError, tooLong);
-        row("a length beyond counting",
-            Server::sendForEver(Head + "Content-Length: 9223372036854775807\r\n\r\n", space),
-            Reply::UnknownContentError, tooLong);
-        row("a length that is too short", Server::send(Head + "Content-Length: 10\r\n\r\n" + Good), NoObject);
-        row("a length that is none",
+            Error::TooLarge, tooLong);
+        row("the greatest possible length",
+            Server::sendForEver(Head + "Content-Length: 9223372036854775807\r\n\r\n", space), Error::TooLarge,
+            tooLong);
+        row("a length that is too short", Server::send(Head + "Content-Length: 10\r\n\r\n" + Good),
+            Error::SearchFailed);
+        row("a length that is not a number",
             Server::send(Head + "Content-Length: x\r\nConnection: close\r\n\r\n" + Good), 0);
         const QByteArray mostSpace(16 * 1024 * 1024 - Good.size(), ' ');
         row("16 MiB, most of it white space", Server::reply(Good + mostSpace), 0);
-        row("one byte more", Server::reply(Good + mostSpace + ' '), Reply::UnknownContentError, tooLong);
-        row("16 MiB of brackets", Server::reply(QByteArray(16 * 1024 * 1024, '[')), NoObject);
+        row("one byte more", Server::reply(Good + mostSpace + ' '), Error::TooLarge, tooLong);
+        row("16 MiB of brackets", Server::reply(QByteArray(16 * 1024 * 1024, '[')), Error::SearchFailed);
 
         const auto packed = [](const QByteArray &body) {
             return Server::reply(body, "200 OK", "Content-Encoding: deflate\r\n");
@@ -206,17 +240,17 @@ private Q_SLOTS:
             return qCompress(body, 9).sliced(4);
         }; // less the length
         row("packed", packed(deflated(Good)), 0);
-        row("packed 64 MiB", packed(deflated(QByteArray(64 * 1024 * 1024, ' '))), Reply::UnknownContentError);
-        row("broken packing", packed("nothing packed"), Reply::UnknownContentError);
+        row("packed 64 MiB", packed(deflated(QByteArray(64 * 1024 * 1024, ' '))), Error::BadReply);
+        row("broken packing", packed("nothing packed"), Error::BadReply);
 
         row("201", Server::reply(Good, "201 Created", "Location: /x\r\n"), 0);
-        row("204", Server::send("HTTP/1.1 204 No Content\r\n\r\n"), NoObject);
-        row("300 without an address", Server::reply(Good, "300 Multiple Choices"), Reply::UnknownContentError,
+        row("204", Server::send("HTTP/1.1 204 No Content\r\n\r\n"), Error::SearchFailed);
+        row("300 without an address", Server::reply(Good, "300 Multiple Choices"), Error::HttpStatus,
             "The lyric service answered with the HTTP status 300.");
         row("401", Server::reply(Good, "401 No", "WWW-Authenticate: Basic realm=\"x\"\r\n"),
-            Reply::AuthenticationRequiredError);
-        row("404", Server::reply(Good, "404 Not Found"), Reply::ContentNotFoundError);
-        row("500", Server::reply(Good, "500 Oh"), Reply::InternalServerError);
+            Error::HttpStatus);
+        row("404", Server::reply(Good, "404 Not Found"), Error::HttpStatus);
+        row("500", Server::reply(Good, "500 Oh"), Error::HttpStatus);
     }
     void replies()
     {
@@ -224,8 +258,10 @@ private Q_SLOTS:
         QFETCH(const int, code);
         QFETCH(const QString, description);
         const Server server(behaviour);
-        const Outcome outcome = search(code == QNetworkReply::TimeoutError ? 300ms : 20s);
+        const Outcome outcome = search(code == QVLyricError::Timeout ? 300ms : 20s);
         check(outcome, code, description);
+        if (code == QVLyricError::HttpStatus)
+            QCOMPARE(outcome.error->httpStatus, QByteArray(QTest::currentDataTag()).first(3).toInt());
         QCOMPARE(server.requests().size(), outcome.runs); // nothing is sent again
     }
 
@@ -245,7 +281,7 @@ private Q_SLOTS:
     void redirects_data()
     {
         QTest::addColumn<QByteArray>("status");
-        QTest::addColumn<QByteArray>("location"); // PORT stands for the server's, N for the number of the hop
+        QTest::addColumn<QByteArray>("location"); // PORT is the server's, N the number of the redirect
         QTest::addColumn<int>("times");
         QTest::addColumn<int>("code");
         const auto row = [](const char *name, const QByteArray &location, int times, int code,
@@ -253,13 +289,11 @@ private Q_SLOTS:
             QTest::newRow(name) << status << location << times << code;
         };
         row("five", "https://127.0.0.1:PORT/N", 5, 0);
-        row("six", "/N", 6, QNetworkReply::TooManyRedirectsError);
-        row("that want the form again", "/N", 1, QNetworkReply::RemoteHostClosedError,
-            "307 Temporary Redirect");
-        row("to http", "http://127.0.0.1:PORT/N", 1, QNetworkReply::InsecureRedirectError);
-        row("to a file", "file:///etc/hostname", 1, QNetworkReply::InsecureRedirectError);
-        row("to a host of another name", "https://localhost:PORT/N", 1,
-            QNetworkReply::SslHandshakeFailedError);
+        row("six", "/N", 6, QVLyricError::BadRedirect);
+        row("asking for the form again", "/N", 1, QVLyricError::BadRedirect, "307 Temporary Redirect");
+        row("to http", "http://127.0.0.1:PORT/N", 1, QVLyricError::BadRedirect);
+        row("to a file", "file:///etc/hostname", 1, QVLyricError::BadRedirect);
+        row("to a host of another name", "https://localhost:PORT/N", 1, QVLyricError::Tls);
     }
     void redirects()
     {
@@ -322,12 +356,17 @@ private Q_SLOTS:
         QTRY_COMPARE(answers, 1);
         model->requestDetail(u"/1?2"_s, count);
         QTRY_COMPARE(answers, 2);
-        tools->key = QString(); // no key is no reason not to ask
+        tools->key = QString(); // the request is sent without a key
         QVERIFY(!QVLrcUtils::generateLyricApiKey().isNull());
         model->requestDetail(QString(), count);
         QTRY_COMPARE(answers, 3);
         EncryptionTools::setSharedEncryptionTools(nullptr);
         QVERIFY(!QVLrcUtils::generateLyricApiKey().isEmpty());
+        model->afPostMgr()->get(QVLyricService::url(u"/x"_s), count, count);
+        QTRY_COMPARE(answers, 4);
+        QVERIFY(server.requests().last().startsWith("GET /x HTTP/1.1\r\n"));
+        QVERIFY_THROWS_EXCEPTION(std::invalid_argument,
+                                 model->afPostMgr()->get(QUrl(u"http://127.0.0.1/"_s), count, count));
 
         const QByteArray query =
             "artist=%EF%BF%BD&track=%2B%26%3D%25%3B%20a-b_c.d~%2A%0A%E6%AD%8C%F0%9F%8E%B5%EF%BF%BDx";
@@ -335,7 +374,7 @@ private Q_SLOTS:
             {"search/search.php", query + "&apiKey=k%2B%2F%3D"},
             {"detail/detail.php", query + "&link=%2F1%3F2&apiKey=k%2B%2F%3D"},
             {"detail/detail.php", query + "&link=&apiKey="}};
-        QCOMPARE(server.requests().size(), std::size(expected));
+        QCOMPARE(server.requests().size(), std::size(expected) + 1);
         for (qsizetype index = 0; const auto &[path, body] : expected) {
             const QByteArray request = server.requests()[index++];
             const qsizetype bodyAt = request.indexOf("\r\n\r\n") + 4;

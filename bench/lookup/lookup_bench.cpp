@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
+#include "lookup/LookupProtocol.h"
 #include "tests/MisbehavingServer.h"
 #include "tests/TestAuthority.h"
 
 #include <QVSongLrc/Distance.h>
-#include <QVSongLrc/LyricService.h>
+#include <QVSongLrc/QVLyricService.h>
 #include <QVSongLrc/QVSongLrcConstants.h>
 #include <QVSongLrc/ZTLyricRequestModel.h>
 
@@ -31,7 +32,7 @@ QString randomText(QRandomGenerator &random, qsizetype length, char16_t first = 
     return text;
 }
 
-// Two texts that have nothing to do with each other, each of the length given.
+// Two random texts of the same length.
 void likePercent(benchmark::State &state, char16_t first, int alphabet)
 {
     QRandomGenerator random(1);
@@ -47,7 +48,7 @@ BENCHMARK_CAPTURE(likePercent, LatinMega, u'a', 26)
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
 
-// A million code units, a hundred of them changed.
+// A million code units, 100 of them changed.
 void likePercentOfNearTexts(benchmark::State &state)
 {
     QRandomGenerator random(2);
@@ -76,13 +77,13 @@ void getBestMatch(benchmark::State &state)
 }
 BENCHMARK(getBestMatch)->Unit(benchmark::kMillisecond);
 
-/// A service on loopback, and the form that a search sends it.
+/// A lyric service on loopback.
 struct Service
 {
     Service()
     {
-        LyricService::addCertificateAuthority(authority.certificate());
-        LyricService::setEndpoint(u"127.0.0.1"_s, server.port());
+        QVLyricService::addCertificateAuthorities(authority.pem());
+        QVLyricService::setEndpoint(u"127.0.0.1"_s, server.port());
     }
 
     static Service &instance()
@@ -154,12 +155,12 @@ size_t append(char *bytes, size_t size, size_t count, void *body)
 constexpr char Form[] =
     "artist=An%20artist&track=A%20title&apiKey=zA3NiNJ1lsJpyxkINmV9NDSy7Q3itTJPqHFvCaXpOew%3D";
 
-// The same POST by a network access manager of its own and nothing else: what Qt itself takes of requestList.
+// The same POST with a QNetworkAccessManager alone: the part of requestList that Qt takes.
 void managerPost(benchmark::State &state)
 {
     QSslConfiguration configuration;
-    configuration.setCaCertificates({Service::instance().authority.certificate()});
-    QNetworkRequest request(LyricService::url(u"/phpLyricFetcher/search/search.php"_s));
+    configuration.setCaCertificates(QSslCertificate::fromData(Service::instance().authority.pem()));
+    QNetworkRequest request(QVLyricService::url(QVSongLrcPrivate::LookupProtocol::SearchPath));
     request.setSslConfiguration(configuration);
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     request.setHeader(QNetworkRequest::ContentTypeHeader, u"application/x-www-form-urlencoded"_s);
@@ -173,12 +174,11 @@ void managerPost(benchmark::State &state)
     });
 }
 
-// The same POST with a connection of its own.
+// The same POST with libcurl and a new connection.
 void curlPost(benchmark::State &state)
 {
-    const QByteArray pem = Service::instance().authority.certificate().toPem();
-    const QByteArray url = "https://127.0.0.1:" + QByteArray::number(Service::instance().server.port())
-        + "/phpLyricFetcher/search/search.php";
+    const QByteArray pem = Service::instance().authority.pem();
+    const QByteArray url = QVLyricService::url(QVSongLrcPrivate::LookupProtocol::SearchPath).toEncoded();
     timeRequests(state, [&] {
         CURL *const curl = curl_easy_init();
         curl_blob authority{const_cast<char *>(pem.constData()), size_t(pem.size()), CURL_BLOB_NOCOPY};

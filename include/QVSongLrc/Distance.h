@@ -6,17 +6,18 @@
 
 #include <QStringView>
 
-/// How alike two texts are.
+/// Similarity of texts.
 namespace Distance {
 
-/// The similarity of \p receiver to \p argument: 100 less the edit distance in percent of the receiver's
-/// length. Equal texts score 100; a score is negative when the distance exceeds the receiver's length, and it
-/// is not symmetric. When one of the two is empty or absent the answer is the length of the other, which is
-/// meant: an empty text is not scored.
+/// The similarity of \p receiver to \p argument: 100 minus the edit distance as a percentage of the
+/// receiver's length. Equal texts score 100. The score is not symmetric, and it is negative when the distance
+/// exceeds the receiver's length. When one of the texts is empty or absent, the result is the length of the
+/// other one instead of a score, on purpose.
 ///
-/// The distance is Levenshtein's, in UTF-16 code units, compared exactly: case and composition count. Memory
-/// is linear in the shorter text. Time is the product of both lengths over 64 at worst, and in proportion to
-/// the distance where the texts are close to each other. Callable from any thread.
+/// This is the Levenshtein distance in UTF-16 code units, which are compared exactly: without case folding or
+/// normalisation. It takes memory linear in the shorter text. The time is at worst proportional to the product
+/// of both lengths, 64 code units at a step; for similar texts it depends on their distance instead. Callable
+/// from any thread.
 QVSONGLRC_LOOKUP_EXPORT float likePercent(QStringView receiver, QStringView argument);
 
 } // namespace Distance

@@ -6,13 +6,13 @@
 
 #include <QString>
 
-/// Helpers of the lookup. Stateless; use from the main thread.
+/// Stateless helpers of the lookup. Use from the main thread.
 class QVSONGLRC_LOOKUP_EXPORT QVLrcUtils
 {
 public:
     QVLrcUtils() = delete;
 
-    /// A new key for one request: the time of day in whole seconds, enciphered by the shared
-    /// EncryptionTools. Empty, never absent, when that fails; the service then decides.
+    /// A new key for one request: the time in whole seconds since 1970, encrypted by the shared
+    /// EncryptionTools. Empty, never absent, when the encryption fails.
     static QString generateLyricApiKey();
 };

@@ -7,25 +7,48 @@
 #include <QLatin1StringView>
 #include <QString>
 
-/// Why a lookup failed. A value; copied freely.
+/// Why a lookup failed.
 struct QVSONGLRC_LOOKUP_EXPORT QVLyricError
 {
-    /// Errors of the service and of its answers. The code is the service's own, or one of
-    /// ZTLyricRequestModel's.
+    /// The service refused the request, or its reply is of no use. The code is a LookupCode, or the service's
+    /// own when the reply held one.
     static constexpr QLatin1StringView ServiceDomain{"com.zt.lyric"};
 
-    /// A search that names neither title nor artist; its code is -1002. Meant to differ from the above.
+    /// The search has neither a title nor an artist. The code is EmptyQuery. This domain is different from
+    /// ServiceDomain on purpose.
     static constexpr QLatin1StringView EmptyQueryDomain{"com.wq.lyric"};
 
-    /// What went wrong between program and service, every HTTP status outside 200 to 299 included. The code
-    /// is a QNetworkReply::NetworkError: 5 is a cancelled request, 4 one that stood still for too long.
-    static constexpr QLatin1StringView TransportDomain{"QNetworkReply::NetworkError"};
+    /// The request failed between the program and the service. The code is a TransportCode.
+    static constexpr QLatin1StringView TransportDomain{"QVSongLrc.Transport"};
 
-    QString domain;               ///< Whose code it is: one of the three above.
-    qint64 code = 0;              ///< What went wrong, as the domain counts.
-    QString localizedDescription; ///< For people to read; absent where there is none.
+    /// The library's codes in ServiceDomain and EmptyQueryDomain.
+    enum LookupCode : qint64 {
+        EmptyQuery = -1002,   ///< In EmptyQueryDomain: nothing to search for.
+        SearchFailed = -1002, ///< A search's reply is not a JSON object, or it failed for an unknown reason.
+        NothingFound = -1004, ///< No candidate has both a title and an artist.
+        DetailUnreadable = -1010, ///< A detail request's reply is not a JSON object.
+        DetailFailed = -1011,     ///< A detail request failed for an unknown reason.
+    };
 
-    /// All three in one line of text, for logs.
+    /// The codes in TransportDomain. Later versions may add more.
+    enum TransportCode : qint64 {
+        Cancelled = 1,   ///< The request was cancelled.
+        Timeout = 2,     ///< The request made no progress for too long.
+        Unreachable = 3, ///< No connection to the service or to the proxy.
+        Tls = 4,         ///< The TLS handshake failed, for instance because of the service's certificate.
+        BadReply = 5,    ///< The reply is not valid HTTP, or ended too early.
+        BadRedirect =
+            6, ///< A redirect that is not followed: not to HTTPS, one too many, or asking for the form.
+        HttpStatus = 7, ///< The HTTP status is outside 200 to 299; see httpStatus.
+        TooLarge = 8,   ///< The reply is larger than 16 MiB, unpacked.
+    };
+
+    QString domain;               ///< One of the three domains above, or a host's own transport's.
+    qint64 code = 0;              ///< The code in that domain.
+    QString localizedDescription; ///< A description for users; absent for EmptyQuery.
+    int httpStatus = 0;           ///< The HTTP status of a failed transfer; 0 when there was none.
+
+    /// Domain, code and description in one line, for logs.
     QString description() const;
 
     friend bool operator==(const QVLyricError &, const QVLyricError &) = default;

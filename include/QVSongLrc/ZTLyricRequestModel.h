@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QVSongLrc/LyricDataTask.h>
+#include <QVSongLrc/QVLyricDataTask.h>
 #include <QVSongLrc/QVLyricError.h>
+#include <QVSongLrc/QVLyricHttpClient.h>
 #include <QVSongLrc/QVSongLrcGlobal.h>
 
 #include <QByteArray>
@@ -16,110 +17,120 @@
 #include <memory>
 #include <optional>
 
-namespace QVSongLrcPrivate {
-class LyricHttpClient;
-}
+class QObject;
 
-/// The client of the lyric service: one query (a title and an artist), normally asked once for the candidates
-/// and once for the lyric of one of them.
+/// The client of the lyric service. An instance holds one query, a title and an artist. It normally makes two
+/// requests: a search for candidates, and a detail request for the lyric of one of them.
 ///
-/// Needs a QCoreApplication, and its main thread for every call. A request answers its completion once, from
-/// the event loop; it never fails in another way and is never repeated. A request that has succeeded keeps
-/// the model until its completion has run, so the caller may drop the model right after starting one. The
-/// completion may do anything: start the next request, drop the model, run an event loop of its own, quit the
-/// application. An absent completion throws std::invalid_argument. Requests outstanding when the application
-/// object is destroyed are dropped without an answer.
+/// Needs a QCoreApplication; use from its main thread. Every request calls its completion exactly once, from
+/// the event loop; only an empty query is refused before the call returns. No request is repeated. A request
+/// keeps the model alive until a completion that reports success has returned, so the caller may drop the
+/// model right after starting one. A completion may do anything: start another request, drop the model, run
+/// an event loop, or quit the application. Requests that are outstanding when the application object is
+/// destroyed are dropped, and their completions are not called.
 ///
-/// What fails is told by QVLyricError:
+/// The functions with a context skip the completion when the context has been destroyed; the request itself
+/// goes on. All functions that start a request throw std::invalid_argument when the completion is absent or
+/// the context is null, and then send nothing.
+///
+/// Errors:
 ///
 /// | domain | code | description | when |
 /// |---|---|---|---|
-/// | EmptyQueryDomain | -1002 | absent | a search without title and artist |
-/// | ServiceDomain | -1002, of a detail request -1010 | "empty response" | the reply is no JSON object |
-/// | ServiceDomain | the service's "code" | its "message", or "" | the service says so by a "code" other than 0 |
-/// | ServiceDomain | -1004 | "没有结果" | the search found no candidate with title and artist |
-/// | ServiceDomain | -1004 | "Found no lyric", translated | a lookup whose search gave an empty list |
-/// | ServiceDomain | -1002, of a detail request -1011 | "networkError" | the transport failed without a reason |
-/// | TransportDomain | QNetworkReply::NetworkError | in words | the transport failed, was cancelled, or the |
-/// | | | | HTTP status was outside 200 to 299 |
+/// | EmptyQueryDomain | EmptyQuery | absent | a search has neither title nor artist |
+/// | ServiceDomain | SearchFailed, DetailUnreadable | "empty response" | the reply is not a JSON object |
+/// | ServiceDomain | the reply's "code" | its "message", or "" | the reply's "code" is not 0 |
+/// | ServiceDomain | NothingFound | "没有结果" | the search found no candidate with title and artist |
+/// | ServiceDomain | NothingFound | "Found no lyric", translated | a search of a derived class gave an empty list |
+/// | ServiceDomain | SearchFailed, DetailFailed | "networkError" | the transport failed without an error |
+/// | TransportDomain | a TransportCode | in English | the transport failed or was cancelled |
 ///
-/// A transport that makes no progress for 60 s fails, so does a reply of more than 16 MiB, unpacked. Replies
-/// are read on a thread of the library's, so a long one does not hold the event loop.
+/// A request fails when it makes no progress for 60 s, or when the unpacked reply exceeds 16 MiB. Replies are
+/// parsed on another thread, so that a long one does not block the event loop. Transport errors are logged as
+/// warnings in the category "qvsonglrc.lookup".
 class QVSONGLRC_LOOKUP_EXPORT ZTLyricRequestModel : public std::enable_shared_from_this<ZTLyricRequestModel>
 {
 public:
-    /// Takes the error if there is one, the candidates, and the index of the best of them. With an error the
-    /// list is empty and the index 0; without one the list is not empty.
+    /// Takes the error if there is one, the candidates, and the index of the best candidate. With an error
+    /// the list is empty and the index 0; without one the list is not empty.
     using ListCompletion = std::function<void(const std::optional<QVLyricError> &error,
                                               const QList<QJsonObject> &results, qint64 bestIndex)>;
 
-    /// Takes the error if there is one, and the lyric, which may be absent without an error too.
+    /// Takes the error if there is one, and the lyric. Without an error, too, the lyric is absent when the
+    /// reply had none.
     using LyricCompletion =
         std::function<void(const std::optional<QVLyricError> &error, const QString &lyric)>;
 
-    /// A model of the query \p reqParams: strings under Key_Lyric_Trackname and Key_Lyric_Artist. What is
-    /// missing or no string counts as empty.
+    /// A model of the query \p reqParams: strings under Key_Lyric_Trackname and Key_Lyric_Artist. A missing
+    /// value, or one that is not a string, counts as empty.
     static std::shared_ptr<ZTLyricRequestModel> initWithReqParams(const QJsonObject &reqParams);
 
     ZTLyricRequestModel(const ZTLyricRequestModel &) = delete;
     ZTLyricRequestModel &operator=(const ZTLyricRequestModel &) = delete;
 
-    /// Logs "ZTLyricRequestModel dealloced ----".
+    /// Logs "ZTLyricRequestModel dealloced ----" in the category "qvsonglrc.lookup".
     virtual ~ZTLyricRequestModel();
 
-    /// For callers: 0, 1, 2 at first, and nothing here reads it.
-    QList<qint64> retryIndexes() const { return m_retryIndexes; }
-    void setRetryIndexes(const QList<qint64> &indexes) { m_retryIndexes = indexes; }
+    /// A list for callers; the library does not read it. Each model starts with its own list of 0, 1, 2. Returns
+    /// the list itself, not a copy.
+    std::shared_ptr<QList<qint64>> retryIndexes() const;
+
+    /// Keeps \p indexes itself, not a copy.
+    void setRetryIndexes(std::shared_ptr<QList<qint64>> indexes);
 
     /// The query.
-    QJsonObject reqParams() const { return m_reqParams; }
-    void setReqParams(const QJsonObject &params) { m_reqParams = params; }
+    QJsonObject reqParams() const;
+    void setReqParams(const QJsonObject &params);
 
-    /// The request started last, also when it has been answered; null before the first.
-    std::shared_ptr<LyricDataTask> dataTask() const { return m_dataTask; }
-    void setDataTask(std::shared_ptr<LyricDataTask> task) { m_dataTask = std::move(task); }
+    /// The task of the request that was started last, also after its answer; null before the first request.
+    std::shared_ptr<QVLyricDataTask> dataTask() const;
+    void setDataTask(std::shared_ptr<QVLyricDataTask> task);
 
-    /// Asks the service for the candidates. A query without title and artist is refused before this call
-    /// returns, and nothing is sent.
+    /// Requests the candidates. A query with neither title nor artist is refused before this call returns,
+    /// and nothing is sent.
+    ///
+    /// A derived class that overrides this function or requestDetail() hides the overload with a context;
+    /// `using ZTLyricRequestModel::requestListWithCompletion;` makes it visible again. Both overloads call
+    /// the override.
     virtual void requestListWithCompletion(ListCompletion completion);
+    void requestListWithCompletion(QObject *context, ListCompletion completion);
 
-    /// Asks the service for the lyric of the candidate whose "link" is \p link. An absent link counts as
-    /// empty; the request is sent anyway.
+    /// Requests the lyric of the candidate whose "link" is \p link. An absent link counts as empty; the
+    /// request is sent anyway.
     virtual void requestDetail(const QString &link, LyricCompletion completion);
+    void requestDetail(const QString &link, QObject *context, LyricCompletion completion);
 
-    /// Asks for the candidates, then for the lyric of the best.
+    /// Requests the candidates, then the lyric of the best one.
     void requestWithCompletion(LyricCompletion completion);
+    void requestWithCompletion(QObject *context, LyricCompletion completion);
 
-    /// Cancels dataTask(); other requests of this model go on. Does nothing when there is none.
+    /// Cancels dataTask(), but no earlier request of this model. Does nothing when there is no task.
     void cancel();
 
-    /// \p seconds as whole milliseconds cut down to a multiple of 100, in decimal: 1.2345 gives "1200".
-    /// Beyond 32 bits the limits count; what is no number counts as 0.
+    /// \p seconds as text in whole ms, cut down to a multiple of 100: "1200" for 1.2345. Values beyond 32
+    /// bits are limited to 32 bits; NaN gives "0".
     static QString getReportDuration(double seconds);
 
-    /// The JSON object that \p response is in UTF-8, white space around it ignored; nothing when it is none.
+    /// The JSON object in \p response, UTF-8 with optional white space around it; nothing when there is none.
     static std::optional<QJsonObject> jsonObjectfromResponse(const QByteArray &response);
 
-    /// Those of \p list that are objects whose "track" and "artist" are strings and not empty, in order.
+    /// The objects in \p list whose "track" and "artist" are strings and not empty, in the same order.
     static QList<QJsonObject> filterResultList(const QJsonArray &list);
 
-    /// The candidate of \p list whose title and artist, joined, are most like the query's; the first one
-    /// among equals, and the first of all when the query is more than their whole length away from each.
+    /// The candidate in \p list whose title and artist, joined, are most like the query's by
+    /// Distance::likePercent(). The first one among equals, and the first of all when none scores above -1.
     /// Nothing when \p list is empty.
     std::optional<QJsonObject> getBestMatch(const QList<QJsonObject> &list) const;
 
-    /// A new HTTP client for one request. Every request takes one from here, so this is where a test puts
-    /// another in its place.
-    virtual std::shared_ptr<QVSongLrcPrivate::LyricHttpClient> afPostMgr() const;
+    /// A new HTTP client, with the headers of a form set. Every request gets its client here; override this
+    /// function to use a transport of your own. The client must not be null.
+    virtual std::shared_ptr<QVLyricHttpClient> afPostMgr() const;
 
 protected:
-    /// For classes that derive from this one; their objects, too, live in a `std::shared_ptr`.
+    /// For derived classes, whose objects must be owned by a `std::shared_ptr`, too.
     explicit ZTLyricRequestModel(const QJsonObject &reqParams);
 
 private:
-    QString queryValue(QLatin1StringView key) const;
-
-    QList<qint64> m_retryIndexes{0, 1, 2};
-    QJsonObject m_reqParams;
-    std::shared_ptr<LyricDataTask> m_dataTask;
+    struct Private;
+    const std::unique_ptr<Private> d;
 };

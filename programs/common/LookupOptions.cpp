@@ -4,11 +4,13 @@
 
 #include "TextFile.h"
 
-#include <QVSongLrc/LyricService.h>
+#include <QVSongLrc/QVLyricService.h>
 
 #include <CLI/CLI.hpp>
 
 #include <QFile>
+
+#include <stdexcept>
 
 namespace {
 
@@ -45,17 +47,17 @@ void LookupOptions::apply() const
 {
     if (!service.empty()) {
         const QUrl url = serviceUrl(service);
-        LyricService::setEndpoint(url.host(), quint16(url.port(443)));
+        QVLyricService::setEndpoint(url.host(), quint16(url.port(443)));
     }
     if (!caFile.empty()) {
         const QString name = QFile::decodeName(caFile.c_str());
         QFile file(name.startsWith(u':') ? QStringLiteral("./") + name : name);
         if (!file.open(QIODevice::ReadOnly))
             throw FileError(name, file.errorString());
-        const auto certificates = QSslCertificate::fromDevice(&file);
-        if (certificates.isEmpty())
-            throw FileError(name, QStringLiteral("contains no certificate"));
-        for (const QSslCertificate &certificate : certificates)
-            LyricService::addCertificateAuthority(certificate);
+        try {
+            QVLyricService::addCertificateAuthorities(file.readAll());
+        } catch (const std::invalid_argument &) {
+            throw FileError(name, QStringLiteral("does not hold certificates in PEM"));
+        }
     }
 }

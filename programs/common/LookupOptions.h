@@ -17,6 +17,6 @@ struct LookupOptions
     /// Adds --service and --ca-file to \p command. Parsing stores their values here, so this must outlive it.
     void addTo(CLI::App &command);
 
-    /// Applies the options to LyricService. \throws FileError when the file of authorities can't be read.
+    /// Applies the options to QVLyricService. \throws FileError when the file of authorities can't be read.
     void apply() const;
 };

@@ -8,6 +8,7 @@
 #include "RequestKeyCheck.h"
 #include "ServiceError.h"
 #include "SongIndex.h"
+#include "lookup/LookupProtocol.h"
 
 #include <QVSongLrc/QVSongLrcConstants.h>
 
@@ -20,16 +21,11 @@
 
 #include <cstdio>
 
+using namespace QVSongLrcPrivate;
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QLatin1StringView SearchPath("/phpLyricFetcher/search/search.php");
-constexpr QLatin1StringView DetailPath("/phpLyricFetcher/detail/detail.php");
-constexpr QLatin1StringView FormType("application/x-www-form-urlencoded");
-constexpr QLatin1StringView KeyField("apiKey");
-constexpr QLatin1StringView LinkField("link");
-constexpr QLatin1StringView Results("results");
 constexpr qsizetype MaxLoggedPath = 200;
 
 const ServiceError *errorOf(RequestKeyState state)
@@ -56,7 +52,7 @@ LyricApi::Answer::Answer(const ServiceError &error)
 }
 
 LyricApi::Answer::Answer(const QString &key, const QJsonValue &value)
-    : body{{"code"_L1, 0}, {key, value}}
+    : body{{LookupProtocol::Code, LookupProtocol::Success}, {key, value}}
 {
 }
 
@@ -81,9 +77,10 @@ bool LyricApi::handleRequest(const QHttpServerRequest &request, QTcpSocket *sock
         const QByteArray body = QJsonDocument(reply.body).toJson(QJsonDocument::Compact);
         const auto status = QHttpServerResponder::StatusCode(reply.status);
         if (reply.status == ServiceErrors::WrongMethod.status)
-            responder.write(body, {{"Content-Type", "application/json"}, {"Allow", "POST"}}, status);
+            responder.write(body, {{"Content-Type", LookupProtocol::JsonType.data()}, {"Allow", "POST"}},
+                            status);
         else
-            responder.write(body, {{"Content-Type", "application/json"}}, status);
+            responder.write(body, {{"Content-Type", LookupProtocol::JsonType.data()}}, status);
     }
     connection->replied();
     const char *method = QMetaEnum::fromType<QHttpServerRequest::Method>().valueToKey(int(request.method()));
@@ -93,18 +90,19 @@ bool LyricApi::handleRequest(const QHttpServerRequest &request, QTcpSocket *sock
 
 LyricApi::Answer LyricApi::answer(const QHttpServerRequest &request, const QString &path)
 {
-    const bool isSearch = path == SearchPath;
-    if (!isSearch && path != DetailPath)
+    const bool isSearch = path == LookupProtocol::SearchPath;
+    if (!isSearch && path != LookupProtocol::DetailPath)
         return ServiceErrors::UnknownPath;
     if (request.method() != QHttpServerRequest::Method::Post)
         return ServiceErrors::WrongMethod;
     const QByteArray type = request.value("Content-Type").split(';').front(); // without parameters
-    if (type.trimmed().toLower() != QByteArrayView(FormType))
+    if (type.trimmed().toLower() != QByteArrayView(LookupProtocol::FormType))
         return ServiceErrors::NoForm;
     const auto form = readForm(request.body());
     if (!form)
         return ServiceErrors::BadForm;
-    const auto state = checkRequestKey(form->value(KeyField), QDateTime::currentSecsSinceEpoch());
+    const auto state =
+        checkRequestKey(form->value(LookupProtocol::ApiKey), QDateTime::currentSecsSinceEpoch());
     if (const ServiceError *error = errorOf(state))
         return *error;
     try {
@@ -128,14 +126,14 @@ LyricApi::Answer LyricApi::search(const Form &form)
         results.append(
             QJsonObject{{Key_Lyric_Trackname, candidate.track},
                         {Key_Lyric_Artist, candidate.artist.isEmpty() ? u"Unknown"_s : candidate.artist},
-                        {LinkField, candidate.link}});
+                        {LookupProtocol::Link, candidate.link}});
     }
-    return Answer(Results, results);
+    return Answer(LookupProtocol::Results, results);
 }
 
 LyricApi::Answer LyricApi::detail(const Form &form)
 {
-    const auto path = m_index.path(form.value(LinkField));
+    const auto path = m_index.path(form.value(LookupProtocol::Link));
     if (!path)
         return ServiceErrors::UnknownLink;
     // Since it was indexed the file may have been replaced by a symbolic link, or by a pipe whose opening blocks.
@@ -147,7 +145,7 @@ LyricApi::Answer LyricApi::detail(const Form &form)
         qWarning().noquote() << "can't serve" << QDebug::toString(*path) << '-' << error;
         return ServiceErrors::UnreadableLyric;
     }
-    return Answer(u"result"_s, QJsonObject{{Key_Lyric_Lyric, *text}});
+    return Answer(LookupProtocol::Result, QJsonObject{{Key_Lyric_Lyric, *text}});
 }
 
 void LyricApi::logRefused(const ServiceError &error, const QByteArray &requestLine) const
@@ -164,13 +162,14 @@ void LyricApi::log(const QString &method, const QString &path, const Answer &ans
 {
     if (!m_log)
         return;
-    const QJsonObject line{{"time"_L1, QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs)},
-                           {"method"_L1, method.left(MaxLoggedPath)},
-                           {"path"_L1, path.left(MaxLoggedPath)},
-                           {"status"_L1, answer.status},
-                           {"code"_L1, answer.body.value("code"_L1)},
-                           {"ms"_L1, double(microseconds) / 1000.0},
-                           {Results, answer.body.value(Results).toArray().size()}};
+    const QJsonObject line{
+        {"time"_L1, QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs)},
+        {"method"_L1, method.left(MaxLoggedPath)},
+        {"path"_L1, path.left(MaxLoggedPath)},
+        {"status"_L1, answer.status},
+        {LookupProtocol::Code, answer.body.value(LookupProtocol::Code)},
+        {"ms"_L1, double(microseconds) / 1000.0},
+        {LookupProtocol::Results, answer.body.value(LookupProtocol::Results).toArray().size()}};
     std::fputs(QJsonDocument(line).toJson(QJsonDocument::Compact).append('\n').constData(), stdout);
     std::fflush(stdout);
 }

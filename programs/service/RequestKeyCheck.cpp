@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "RequestKeyCheck.h"
 
-#include "lookup/RequestKey.h"
+#include "lookup/LookupProtocol.h"
 
 #include <openssl/evp.h>
 
@@ -31,8 +31,9 @@ std::optional<QByteArray> decrypted(const QByteArray &cipher)
     int size = 0;
     int rest = 0;
     if (!context
-        || !EVP_DecryptInit_ex(context.get(), EVP_aes_128_cbc(), nullptr, bytes(RequestKey::Key.data()),
-                               bytes(RequestKey::InitialisationVector.data()))
+        || !EVP_DecryptInit_ex(context.get(), EVP_aes_128_cbc(), nullptr,
+                               bytes(LookupProtocol::CipherKey.data()),
+                               bytes(LookupProtocol::InitialisationVector.data()))
         || !EVP_DecryptUpdate(context.get(), out, &size, bytes(cipher.constData()), int(cipher.size()))
         || !EVP_DecryptFinal_ex(context.get(), out + size, &rest))
         return std::nullopt;
@@ -51,9 +52,9 @@ RequestKeyState checkRequestKey(const QString &apiKey, qint64 now)
     if (!cipher || (*cipher).isEmpty() || (*cipher).size() > MaxCipherSize)
         return RequestKeyState::Invalid;
     const auto plain = decrypted(*cipher);
-    if (!plain || !plain->startsWith(QByteArrayView(RequestKey::Prefix)))
+    if (!plain || !plain->startsWith(QByteArrayView(LookupProtocol::KeyPrefix)))
         return RequestKeyState::Invalid;
-    const QByteArray digits = plain->sliced(RequestKey::Prefix.size());
+    const QByteArray digits = plain->sliced(LookupProtocol::KeyPrefix.size());
     const bool isNumber = !digits.isEmpty() && digits.size() <= MaxDigits
         && std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; });
     if (!isNumber)

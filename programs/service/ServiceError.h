@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "lookup/LookupProtocol.h"
+
 #include <QByteArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -18,8 +20,8 @@ struct ServiceError
 
     QByteArray json() const
     {
-        const QJsonObject object{{QStringLiteral("code"), code},
-                                 {QStringLiteral("message"), QString::fromLatin1(message)}};
+        const QJsonObject object{{QVSongLrcPrivate::LookupProtocol::Code, code},
+                                 {QVSongLrcPrivate::LookupProtocol::Message, QString::fromLatin1(message)}};
         return QJsonDocument(object).toJson(QJsonDocument::Compact);
     }
 };

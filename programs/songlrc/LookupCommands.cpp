@@ -3,6 +3,7 @@
 #include "LookupCommands.h"
 
 #include "Json.h"
+#include "lookup/LookupProtocol.h"
 #include "programs/common/TextFile.h"
 
 #include <QVSongLrc/QVSongLrcConstants.h>
@@ -84,7 +85,7 @@ void printResults(const QList<QJsonObject> &results, qint64 best, bool json)
         text += visible(QStringLiteral("%1 - %2  (%3)")
                             .arg(results[i][Key_Lyric_Artist].toString(),
                                  results[i][Key_Lyric_Trackname].toString(),
-                                 results[i][QLatin1StringView("link")].toString()));
+                                 results[i][QVSongLrcPrivate::LookupProtocol::Link].toString()));
         text += '\n';
     }
     writeStandardOutput(text);

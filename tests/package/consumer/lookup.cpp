@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 #include <QVSongLrc/Distance.h>
-#include <QVSongLrc/LyricService.h>
 #include <QVSongLrc/QVLrcUtils.h>
+#include <QVSongLrc/QVLyricService.h>
 #include <QVSongLrc/ZTLyricRequestModel.h>
 
 #include <QCoreApplication>
@@ -12,7 +12,7 @@
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    LyricService::setEndpoint("localhost", 1); // where nobody listens
+    QVLyricService::setEndpoint("localhost", 1); // where nobody listens
 
     std::optional<QVLyricError> answer;
     ZTLyricRequestModel::initWithReqParams({{"track", "Auld Lang Syne"}})
