@@ -5,8 +5,6 @@
 #include <QLatin1StringView>
 #include <QtGlobal>
 
-#include <chrono>
-
 /// The protocol between the lookup and a lyric service, for client and service; docs/lookup-protocol.md
 /// describes it. Keys that are missing here are in QVSongLrcConstants.h.
 namespace QVSongLrcPrivate::LookupProtocol {
@@ -31,10 +29,5 @@ inline constexpr qint64 Success = 0; // any other code is an error
 inline constexpr QLatin1StringView KeyPrefix("interval=");
 inline constexpr QLatin1StringView CipherKey("9e41c07ab3d6f2e8");            // 16 bytes
 inline constexpr QLatin1StringView InitialisationVector("r3t9x27104cda58e"); // 16 bytes
-
-// The client's limits.
-inline constexpr qsizetype MaximumReplySize = 16 * 1024 * 1024; // bytes, unpacked
-inline constexpr std::chrono::seconds IdleLimit(60);
-inline constexpr int MaximumRedirects = 5;
 
 } // namespace QVSongLrcPrivate::LookupProtocol

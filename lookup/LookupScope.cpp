@@ -31,13 +31,13 @@ private:
     {
         m_thread.join();
         const LookupScope::Done done = std::move(m_done);
-        const LyricAnswer answer = std::move(m_answer);
+        const LookupResult answer = std::move(m_answer);
         deleteLater();
         done(answer); // may delete this object
     }
 
     LookupScope::Done m_done;
-    LyricAnswer m_answer;  // belongs to the thread until that is joined
+    LookupResult m_answer; // belongs to the thread until that is joined
     std::jthread m_thread; // the last member: joined before the others are destroyed
 };
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "AnswerReader.h"
+#include "ReplyReader.h"
 
 #include <QObject>
 
@@ -18,8 +18,8 @@ class LookupScope final : public QObject
 public:
     static LookupScope &instance();
 
-    using Read = std::function<LyricAnswer(const std::stop_token &)>;
-    using Done = std::function<void(const LyricAnswer &)>;
+    using Read = std::function<LookupResult(const std::stop_token &)>;
+    using Done = std::function<void(const LookupResult &)>;
 
     /// Calls \p read on another thread, then \p done with its answer from the event loop. When the application
     /// object is destroyed before that, \p read gets a stop request and \p done is not called. \p read must not

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "QtHttpClient.h"
 
+#include "HttpTransfer.h"
 #include "LookupScope.h"
-#include "LyricTransfer.h"
 
 #include <QVSongLrc/QVLyricService.h>
 
@@ -31,7 +31,7 @@ QSslConfiguration sslConfiguration()
 class TransferTask final : public QVLyricDataTask
 {
 public:
-    explicit TransferTask(LyricTransfer *transfer)
+    explicit TransferTask(HttpTransfer *transfer)
         : m_transfer(transfer)
     {
     }
@@ -43,7 +43,7 @@ public:
     }
 
 private:
-    const QPointer<LyricTransfer> m_transfer; // deletes itself
+    const QPointer<HttpTransfer> m_transfer; // deletes itself
 };
 
 /// \p fields as application/x-www-form-urlencoded in UTF-8: everything but the unreserved characters is escaped,
@@ -98,8 +98,8 @@ std::shared_ptr<QVLyricDataTask> QtHttpClient::start(const QUrl &url, const std:
     if (!url.isValid() || url.scheme() != QLatin1StringView("https") || url.host().isEmpty())
         throw std::invalid_argument("QVLyricHttpClient: not an HTTPS address");
     m_request.setUrl(url);
-    return std::make_shared<TransferTask>(new LyricTransfer(m_request, form, m_idleLimit, std::move(success),
-                                                            std::move(failure), &LookupScope::instance()));
+    return std::make_shared<TransferTask>(new HttpTransfer(m_request, form, m_idleLimit, std::move(success),
+                                                           std::move(failure), &LookupScope::instance()));
 }
 
 } // namespace QVSongLrcPrivate

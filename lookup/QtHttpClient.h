@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "LookupProtocol.h"
+#include "LookupLimits.h"
 
 #include <QVSongLrc/QVLyricHttpClient.h>
 
@@ -27,7 +27,7 @@ private:
                                            Success success, Failure failure);
 
     QNetworkRequest m_request;
-    std::chrono::milliseconds m_idleLimit = LookupProtocol::IdleLimit;
+    std::chrono::milliseconds m_idleLimit = LookupLimits::IdleTime;
 };
 
 } // namespace QVSongLrcPrivate

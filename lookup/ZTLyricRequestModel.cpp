@@ -2,11 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include <QVSongLrc/ZTLyricRequestModel.h>
 
-#include "AnswerReader.h"
+#include "BestMatch.h"
 #include "LookupLog.h"
 #include "LookupProtocol.h"
 #include "LookupScope.h"
 #include "QtHttpClient.h"
+#include "ReplyReader.h"
 #include "SafeModel.h"
 #include "model/Saturating.h"
 
@@ -96,7 +97,7 @@ void ZTLyricRequestModel::Private::start(ZTLyricRequestModel &model, const std::
     if (link)
         fields.append({LookupProtocol::Link, orEmpty(*link)});
     fields.append({LookupProtocol::ApiKey, QVLrcUtils::generateLyricApiKey()});
-    const auto read = link ? AnswerReader::readDetail : AnswerReader::readSearch;
+    const auto read = link ? ReplyReader::readDetail : ReplyReader::readSearch;
     const qint64 failed = link ? QVLyricError::DetailFailed : QVLyricError::SearchFailed;
     model.d->dataTask = model.afPostMgr()->post(
         QVLyricService::url(link ? LookupProtocol::DetailPath : LookupProtocol::SearchPath), fields,
@@ -105,7 +106,7 @@ void ZTLyricRequestModel::Private::start(ZTLyricRequestModel &model, const std::
                 [read, body, query = joined(self->d->reqParams)](const std::stop_token &stop) {
                     return read(body, query, stop);
                 },
-                [self, done](const LyricAnswer &answer) { done(answer); });
+                [self, done](const LookupResult &answer) { done(answer); });
         },
         [done, failed](const std::optional<QVLyricError> &error) {
             done({transportFailure(error, failed), {}, 0, {}});
@@ -165,7 +166,7 @@ void ZTLyricRequestModel::requestListWithCompletion(ListCompletion completion)
         completion(QVLyricError{QVLyricError::EmptyQueryDomain, QVLyricError::EmptyQuery, QString()}, {}, 0);
         return;
     }
-    Private::start(*this, std::nullopt, [completion](const LyricAnswer &answer) {
+    Private::start(*this, std::nullopt, [completion](const LookupResult &answer) {
         completion(answer.error, answer.results, answer.bestIndex);
     });
 }
@@ -179,7 +180,7 @@ void ZTLyricRequestModel::requestDetail(const QString &link, LyricCompletion com
 {
     require(completion);
     Private::start(*this, link,
-                   [completion](const LyricAnswer &answer) { completion(answer.error, answer.lyric); });
+                   [completion](const LookupResult &answer) { completion(answer.error, answer.lyric); });
 }
 
 void ZTLyricRequestModel::requestDetail(const QString &link, QObject *context, LyricCompletion completion)
@@ -234,19 +235,19 @@ QString ZTLyricRequestModel::getReportDuration(double seconds)
 
 std::optional<QJsonObject> ZTLyricRequestModel::jsonObjectfromResponse(const QByteArray &response)
 {
-    return AnswerReader::jsonObject(response);
+    return ReplyReader::jsonObject(response);
 }
 
 QList<QJsonObject> ZTLyricRequestModel::filterResultList(const QJsonArray &list)
 {
-    return AnswerReader::usableCandidates(list);
+    return ReplyReader::usableCandidates(list);
 }
 
 std::optional<QJsonObject> ZTLyricRequestModel::getBestMatch(const QList<QJsonObject> &list) const
 {
     if (list.isEmpty())
         return std::nullopt;
-    return list[AnswerReader::bestMatch(list, joined(d->reqParams))];
+    return list[bestMatch(list, joined(d->reqParams))];
 }
 
 std::shared_ptr<QVLyricHttpClient> ZTLyricRequestModel::afPostMgr() const

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "HttpsConnection.h"
 
-#include "ServiceError.h"
+#include "ErrorReplies.h"
 
 #include <QRegularExpression>
 
@@ -31,7 +31,7 @@ HttpsConnection::HttpsConnection(std::function<void()> onDestroyed, QObject *par
     m_deadline.setSingleShot(true);
     connect(&m_deadline, &QTimer::timeout, this, [this] {
         if (m_phase == Phase::Head || m_phase == Phase::Body)
-            refuse(ServiceErrors::TooSlow);
+            refuse(ErrorReplies::TooSlow);
         else {
             abort();
             deleteLater();
@@ -97,13 +97,13 @@ void HttpsConnection::receive()
     if (m_phase == Phase::Head)
         return;
     if (m_bodyLeft < 0) {
-        refuse(ServiceErrors::BadRequest);
+        refuse(ErrorReplies::BadRequest);
     } else if (m_bodyLeft == 0) {
         enter(Phase::Complete);
         // The server replies in its slot, which runs before the timer, unless it dropped the request as malformed.
         QTimer::singleShot(0, this, [this] {
             if (m_phase == Phase::Complete)
-                refuse(ServiceErrors::BadRequest);
+                refuse(ErrorReplies::BadRequest);
         });
     }
 }
@@ -115,28 +115,28 @@ const ServiceError *HttpsConnection::readHead()
     static const QRegularExpression fieldName(u"^[A-Za-z0-9!#$%&'*+.^_`|~-]+$"_s);
     const qsizetype end = m_head.indexOf("\r\n\r\n");
     if (end > MaxHead || (end < 0 && m_head.size() > MaxHead))
-        return &ServiceErrors::LongHead;
+        return &ErrorReplies::LongHead;
     if (end < 0)
         return nullptr;
     const QList<QByteArray> lines = m_head.first(end).replace("\r\n", "\n").split('\n');
     if (!requestLine.match(QString::fromLatin1(lines.front())).hasMatch())
-        return &ServiceErrors::BadRequest;
+        return &ErrorReplies::BadRequest;
     // HTTP 1.0 has one request per connection by default. Qt sends a body in reply to HEAD.
     m_closeAfterReply |= lines.front().endsWith('0') || lines.front().startsWith("HEAD ");
     std::optional<qint64> length;
     for (const QByteArray &line : lines.sliced(1)) {
         const qsizetype colon = line.indexOf(':');
         if (colon < 0 || !fieldName.match(QString::fromLatin1(line.first(colon))).hasMatch())
-            return &ServiceErrors::BadRequest;
+            return &ErrorReplies::BadRequest;
         const auto isControl = [](char c) { return (c >= 0 && c < ' ' && c != '\t') || c == '\x7F'; };
         if (std::any_of(line.begin(), line.end(), isControl))
-            return &ServiceErrors::BadRequest;
+            return &ErrorReplies::BadRequest;
         const QByteArray name = line.first(colon).toLower();
         const QByteArray value = line.sliced(colon + 1).trimmed();
         if (name == "transfer-encoding")
-            return &ServiceErrors::NoLength;
+            return &ErrorReplies::NoLength;
         if (name == "upgrade")
-            return &ServiceErrors::BadRequest;
+            return &ErrorReplies::BadRequest;
         if (name == "connection")
             m_closeAfterReply |= value.toLower() == "close";
         if (name != "content-length")
@@ -144,11 +144,11 @@ const ServiceError *HttpsConnection::readHead()
         const bool isNumber = !value.isEmpty()
             && std::all_of(value.begin(), value.end(), [](char c) { return c >= '0' && c <= '9'; });
         if (length || !isNumber)
-            return &ServiceErrors::BadRequest;
+            return &ErrorReplies::BadRequest;
         length = value.size() > 9 ? MaxBody + 1 : value.toLongLong();
     }
     if (length.value_or(0) > MaxBody)
-        return &ServiceErrors::TooLarge;
+        return &ErrorReplies::TooLarge;
     m_bodyLeft = length.value_or(0) - (m_head.size() - end - 4);
     enter(Phase::Body);
     return nullptr;

@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "LyricApi.h"
 
+#include "ErrorReplies.h"
 #include "Form.h"
 #include "HttpsConnection.h"
 #include "LyricText.h"
 #include "RequestKeyCheck.h"
-#include "ServiceError.h"
 #include "SongIndex.h"
 #include "lookup/LookupProtocol.h"
 
@@ -34,13 +34,13 @@ const ServiceError *errorOf(RequestKeyState state)
     case RequestKeyState::Valid:
         return nullptr;
     case RequestKeyState::Missing:
-        return &ServiceErrors::MissingKey;
+        return &ErrorReplies::MissingKey;
     case RequestKeyState::Invalid:
-        return &ServiceErrors::InvalidKey;
+        return &ErrorReplies::InvalidKey;
     case RequestKeyState::OutOfTime:
-        return &ServiceErrors::KeyOutOfTime;
+        return &ErrorReplies::KeyOutOfTime;
     }
-    return &ServiceErrors::InvalidKey;
+    return &ErrorReplies::InvalidKey;
 }
 
 } // namespace
@@ -76,7 +76,7 @@ bool LyricApi::handleRequest(const QHttpServerRequest &request, QTcpSocket *sock
         QHttpServerResponder responder = makeResponder(request, socket);
         const QByteArray body = QJsonDocument(reply.body).toJson(QJsonDocument::Compact);
         const auto status = QHttpServerResponder::StatusCode(reply.status);
-        if (reply.status == ServiceErrors::WrongMethod.status)
+        if (reply.status == ErrorReplies::WrongMethod.status)
             responder.write(body, {{"Content-Type", LookupProtocol::JsonType.data()}, {"Allow", "POST"}},
                             status);
         else
@@ -92,15 +92,15 @@ LyricApi::Answer LyricApi::answer(const QHttpServerRequest &request, const QStri
 {
     const bool isSearch = path == LookupProtocol::SearchPath;
     if (!isSearch && path != LookupProtocol::DetailPath)
-        return ServiceErrors::UnknownPath;
+        return ErrorReplies::UnknownPath;
     if (request.method() != QHttpServerRequest::Method::Post)
-        return ServiceErrors::WrongMethod;
+        return ErrorReplies::WrongMethod;
     const QByteArray type = request.value("Content-Type").split(';').front(); // without parameters
     if (type.trimmed().toLower() != QByteArrayView(LookupProtocol::FormType))
-        return ServiceErrors::NoForm;
+        return ErrorReplies::NoForm;
     const auto form = readForm(request.body());
     if (!form)
-        return ServiceErrors::BadForm;
+        return ErrorReplies::BadForm;
     const auto state =
         checkRequestKey(form->value(LookupProtocol::ApiKey), QDateTime::currentSecsSinceEpoch());
     if (const ServiceError *error = errorOf(state))
@@ -109,7 +109,7 @@ LyricApi::Answer LyricApi::answer(const QHttpServerRequest &request, const QStri
         return isSearch ? search(*form) : detail(*form);
     } catch (const StorageError &error) {
         qWarning("can't read the song index: %s", error.what());
-        return ServiceErrors::NoIndex;
+        return ErrorReplies::NoIndex;
     }
 }
 
@@ -118,7 +118,7 @@ LyricApi::Answer LyricApi::search(const Form &form)
     const QString track = form.value(Key_Lyric_Trackname);
     const QString artist = form.value(Key_Lyric_Artist);
     if (track.isEmpty() && artist.isEmpty())
-        return ServiceErrors::EmptyQuery;
+        return ErrorReplies::EmptyQuery;
     QJsonArray results;
     const auto candidates = m_index.search(track, artist);
     for (const SongIndex::Candidate &candidate : candidates) {
@@ -135,7 +135,7 @@ LyricApi::Answer LyricApi::detail(const Form &form)
 {
     const auto path = m_index.path(form.value(LookupProtocol::Link));
     if (!path)
-        return ServiceErrors::UnknownLink;
+        return ErrorReplies::UnknownLink;
     // Since it was indexed the file may have been replaced by a symbolic link, or by a pipe whose opening blocks.
     const QFileInfo file(m_library.filePath(*path));
     QString error = u"not a regular file any more"_s;
@@ -143,7 +143,7 @@ LyricApi::Answer LyricApi::detail(const Form &form)
     const auto text = isRegular ? readLyricText(file.filePath(), &error) : std::nullopt;
     if (!text) {
         qWarning().noquote() << "can't serve" << QDebug::toString(*path) << '-' << error;
-        return ServiceErrors::UnreadableLyric;
+        return ErrorReplies::UnreadableLyric;
     }
     return Answer(LookupProtocol::Result, QJsonObject{{Key_Lyric_Lyric, *text}});
 }

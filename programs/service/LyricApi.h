@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ServiceError.h"
+#include "ErrorReplies.h"
 
 #include <QAbstractHttpServer>
 #include <QDir>

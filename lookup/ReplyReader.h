@@ -16,7 +16,7 @@
 namespace QVSongLrcPrivate {
 
 /// The result of a request. Searches leave the lyric unused, detail requests the list and the index.
-struct LyricAnswer
+struct LookupResult
 {
     std::optional<QVLyricError> error;
     QList<QJsonObject> results;
@@ -25,20 +25,15 @@ struct LyricAnswer
 };
 
 /// Reads the service's replies. Stateless; callable from any thread.
-namespace AnswerReader {
+namespace ReplyReader {
 
 std::optional<QJsonObject> jsonObject(const QByteArray &body);
 
 QList<QJsonObject> usableCandidates(const QJsonArray &list);
 
-/// The index in \p candidates of the one that is most like \p query; 0 when all of them are too different, or
-/// there are none. After a stop request it returns soon, with any index.
-qsizetype bestMatch(const QList<QJsonObject> &candidates, const QString &query,
-                    const std::stop_token &stop = {});
+LookupResult readSearch(const QByteArray &body, const QString &query, const std::stop_token &stop);
+LookupResult readDetail(const QByteArray &body, const QString &query, const std::stop_token &stop);
 
-LyricAnswer readSearch(const QByteArray &body, const QString &query, const std::stop_token &stop);
-LyricAnswer readDetail(const QByteArray &body, const QString &query, const std::stop_token &stop);
-
-} // namespace AnswerReader
+} // namespace ReplyReader
 
 } // namespace QVSongLrcPrivate

@@ -26,7 +26,7 @@ struct ServiceError
     }
 };
 
-namespace ServiceErrors {
+namespace ErrorReplies {
 
 inline constexpr ServiceError MissingKey{200, 1, "the request has no key"};
 inline constexpr ServiceError InvalidKey{200, 2, "the request's key can't be decrypted"};
@@ -47,4 +47,4 @@ inline constexpr ServiceError NoForm{415, 415, "the request is not a URL-encoded
 inline constexpr ServiceError LongHead{431, 431, "the request's headers are too long"};
 inline constexpr ServiceError NoIndex{500, 500, "the song index can't be read"};
 
-} // namespace ServiceErrors
+} // namespace ErrorReplies

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
-#include "LyricTransfer.h"
+#include "HttpTransfer.h"
 
-#include "LookupProtocol.h"
+#include "LookupLimits.h"
 #include "OneTimeBody.h"
 
 #include <QVSongLrc/QVLyricService.h>
@@ -42,9 +42,9 @@ QVLyricError::TransportCode transportCode(QNetworkReply::NetworkError error, int
 
 } // namespace
 
-LyricTransfer::LyricTransfer(const QNetworkRequest &request, const std::optional<QByteArray> &form,
-                             std::chrono::milliseconds idleLimit, QVLyricHttpClient::Success success,
-                             QVLyricHttpClient::Failure failure, QObject *parent)
+HttpTransfer::HttpTransfer(const QNetworkRequest &request, const std::optional<QByteArray> &form,
+                           std::chrono::milliseconds idleLimit, QVLyricHttpClient::Success success,
+                           QVLyricHttpClient::Failure failure, QObject *parent)
     : QObject(parent)
     , m_request(request)
     , m_success(std::move(success))
@@ -67,12 +67,12 @@ LyricTransfer::LyricTransfer(const QNetworkRequest &request, const std::optional
     watchReply();
 }
 
-LyricTransfer::~LyricTransfer()
+HttpTransfer::~HttpTransfer()
 {
     m_reply->disconnect(this);
 }
 
-void LyricTransfer::get(const QUrl &url)
+void HttpTransfer::get(const QUrl &url)
 {
     m_request.setUrl(url);
     m_request.setRawHeader("Content-Type", QByteArray());
@@ -80,7 +80,7 @@ void LyricTransfer::get(const QUrl &url)
     watchReply();
 }
 
-void LyricTransfer::watchReply()
+void HttpTransfer::watchReply()
 {
     // Limits what Qt keeps in memory before read() takes it.
     constexpr qint64 ReadAhead = 256 * 1024;
@@ -91,16 +91,16 @@ void LyricTransfer::watchReply()
     connect(m_reply, &QNetworkReply::encrypted, this, restartIdle);
     connect(m_reply, &QNetworkReply::uploadProgress, this, restartIdle);
     connect(m_reply, &QNetworkReply::metaDataChanged, this, restartIdle);
-    connect(m_reply, &QNetworkReply::readyRead, this, &LyricTransfer::read);
-    connect(m_reply, &QNetworkReply::finished, this, &LyricTransfer::read);
+    connect(m_reply, &QNetworkReply::readyRead, this, &HttpTransfer::read);
+    connect(m_reply, &QNetworkReply::finished, this, &HttpTransfer::read);
 }
 
-void LyricTransfer::cancel()
+void HttpTransfer::cancel()
 {
     fail(QVLyricError::Cancelled, tr("The request was cancelled."));
 }
 
-void LyricTransfer::read()
+void HttpTransfer::read()
 {
     if (m_isSettled)
         return;
@@ -110,14 +110,14 @@ void LyricTransfer::read()
     std::array<char, 64 * 1024> chunk;
     qint64 length = 0;
     while ((length = m_reply->read(chunk.data(), chunk.size())) > 0) {
-        if (m_body.size() + length > LookupProtocol::MaximumReplySize) {
+        if (m_body.size() + length > LookupLimits::ReplySize) {
             fail(QVLyricError::TooLarge, tr("The lyric service's answer is too long."));
             return;
         }
         m_body.append(chunk.data(), length);
         allowance -= length;
         if (allowance <= 0) {
-            QMetaObject::invokeMethod(this, &LyricTransfer::read, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(this, &HttpTransfer::read, Qt::QueuedConnection);
             return;
         }
     }
@@ -125,7 +125,7 @@ void LyricTransfer::read()
         finish();
 }
 
-void LyricTransfer::finish()
+void HttpTransfer::finish()
 {
     const int status = httpStatus();
     const QUrl target = m_reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
@@ -144,13 +144,13 @@ void LyricTransfer::finish()
 }
 
 /// Sends a GET without the form, as browsers do.
-void LyricTransfer::follow(const QUrl &target)
+void HttpTransfer::follow(const QUrl &target)
 {
     if (target.scheme() != QLatin1StringView("https")) {
         fail(QVLyricError::BadRedirect, tr("The lyric service redirects to an address that is not safe."));
         return;
     }
-    if (++m_redirects > LookupProtocol::MaximumRedirects) {
+    if (++m_redirects > LookupLimits::Redirects) {
         fail(QVLyricError::BadRedirect, tr("The lyric service redirects too often."));
         return;
     }
@@ -160,18 +160,18 @@ void LyricTransfer::follow(const QUrl &target)
     get(target);
 }
 
-int LyricTransfer::httpStatus() const
+int HttpTransfer::httpStatus() const
 {
     return m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
 }
 
-void LyricTransfer::fail(QVLyricError::TransportCode code, const QString &description)
+void HttpTransfer::fail(QVLyricError::TransportCode code, const QString &description)
 {
     settle([error = QVLyricError{QVLyricError::TransportDomain, code, description, httpStatus()}](
                const auto &, const auto &failure) { failure(error); });
 }
 
-void LyricTransfer::settle(Answer answer)
+void HttpTransfer::settle(Answer answer)
 {
     if (m_isSettled)
         return;

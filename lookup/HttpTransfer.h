@@ -16,16 +16,16 @@ namespace QVSongLrcPrivate {
 
 /// A request and its reply, redirects included. Deletes itself after it has called one of its handlers; when its
 /// parent deletes it before that, it calls none.
-class LyricTransfer final : public QObject
+class HttpTransfer final : public QObject
 {
-    Q_DECLARE_TR_FUNCTIONS(LyricTransfer)
+    Q_DECLARE_TR_FUNCTIONS(HttpTransfer)
 
 public:
     /// Sends \p request: as a POST when there is a \p form, else as a GET.
-    LyricTransfer(const QNetworkRequest &request, const std::optional<QByteArray> &form,
-                  std::chrono::milliseconds idleLimit, QVLyricHttpClient::Success success,
-                  QVLyricHttpClient::Failure failure, QObject *parent);
-    ~LyricTransfer() override;
+    HttpTransfer(const QNetworkRequest &request, const std::optional<QByteArray> &form,
+                 std::chrono::milliseconds idleLimit, QVLyricHttpClient::Success success,
+                 QVLyricHttpClient::Failure failure, QObject *parent);
+    ~HttpTransfer() override;
 
     /// Fails with QVLyricError::Cancelled, unless the outcome is settled already.
     void cancel();

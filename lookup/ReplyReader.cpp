@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
-#include "AnswerReader.h"
+#include "ReplyReader.h"
 
-#include "EditDistance.h"
-#include "Likeness.h"
+#include "BestMatch.h"
 #include "LookupProtocol.h"
 #include "SafeModel.h"
 
@@ -11,20 +10,18 @@
 
 #include <QJsonDocument>
 
-#include <algorithm>
-
 namespace QVSongLrcPrivate {
 namespace {
 
 const QString EmptyResponse = QStringLiteral("empty response");
 
-LyricAnswer failure(qint64 code, const QString &description)
+LookupResult failure(qint64 code, const QString &description)
 {
     return {QVLyricError{QVLyricError::ServiceDomain, code, description}, {}, 0, {}};
 }
 
 /// The error that \p reply reports, if there is one.
-std::optional<LyricAnswer> reportedFailure(const QJsonObject &reply)
+std::optional<LookupResult> reportedFailure(const QJsonObject &reply)
 {
     const qint64 code = numberForKeySafeModel(reply, LookupProtocol::Code).value_or(LookupProtocol::Success);
     if (code == LookupProtocol::Success)
@@ -33,22 +30,9 @@ std::optional<LyricAnswer> reportedFailure(const QJsonObject &reply)
     return failure(code, message.isNull() ? QStringLiteral("") : message);
 }
 
-/// The greatest distance at which a text of \p length code units scores above \p score; negative when there is
-/// none.
-qint64 distanceToBeat(float score, qint64 length)
-{
-    // Scores are floats, so this is only a guess.
-    qint64 distance = qint64((100.0 - double(score)) * double(length) / 100.0);
-    while (likenessAtDistance(distance + 1, length) > score)
-        ++distance;
-    while (distance >= 0 && !(likenessAtDistance(distance, length) > score))
-        --distance;
-    return distance;
-}
-
 } // namespace
 
-std::optional<QJsonObject> AnswerReader::jsonObject(const QByteArray &body)
+std::optional<QJsonObject> ReplyReader::jsonObject(const QByteArray &body)
 {
     if (!body.isValidUtf8())
         return std::nullopt;
@@ -57,7 +41,7 @@ std::optional<QJsonObject> AnswerReader::jsonObject(const QByteArray &body)
     return document.isObject() ? std::optional(document.object()) : std::nullopt;
 }
 
-QList<QJsonObject> AnswerReader::usableCandidates(const QJsonArray &list)
+QList<QJsonObject> ReplyReader::usableCandidates(const QJsonArray &list)
 {
     QList<QJsonObject> usable;
     for (const QJsonValue &value : list) {
@@ -69,33 +53,7 @@ QList<QJsonObject> AnswerReader::usableCandidates(const QJsonArray &list)
     return usable;
 }
 
-qsizetype AnswerReader::bestMatch(const QList<QJsonObject> &candidates, const QString &query,
-                                  const std::stop_token &stop)
-{
-    qsizetype best = 0;
-    float bestScore = -1; // candidates that score less are not chosen
-    for (qsizetype index = 0; index < candidates.size() && !stop.stop_requested(); ++index) {
-        const QJsonObject &candidate = candidates[index];
-        const QString text = stringForKeySafeModel(candidate, Key_Lyric_Trackname)
-            + stringForKeySafeModel(candidate, Key_Lyric_Artist);
-        float score = float(text.size() + query.size()); // as Distance::likePercent() scores an empty text
-        if (!text.isEmpty() && !query.isEmpty()) {
-            const qint64 furthest =
-                std::min<qint64>(distanceToBeat(bestScore, text.size()), std::max(text.size(), query.size()));
-            const qint64 distance = editDistance(text, query, furthest, stop);
-            if (distance > furthest)
-                continue;
-            score = likenessAtDistance(distance, text.size());
-        }
-        if (score > bestScore) {
-            best = index;
-            bestScore = score;
-        }
-    }
-    return best;
-}
-
-LyricAnswer AnswerReader::readSearch(const QByteArray &body, const QString &query,
+LookupResult ReplyReader::readSearch(const QByteArray &body, const QString &query,
                                      const std::stop_token &stop)
 {
     const std::optional<QJsonObject> reply = jsonObject(body);
@@ -110,7 +68,7 @@ LyricAnswer AnswerReader::readSearch(const QByteArray &body, const QString &quer
     return {std::nullopt, std::move(candidates), best, {}};
 }
 
-LyricAnswer AnswerReader::readDetail(const QByteArray &body, const QString &, const std::stop_token &)
+LookupResult ReplyReader::readDetail(const QByteArray &body, const QString &, const std::stop_token &)
 {
     const std::optional<QJsonObject> reply = jsonObject(body);
     if (!reply)
