@@ -13,7 +13,7 @@
 namespace QVSongLrcPrivate {
 namespace {
 
-const QString EmptyResponse = QStringLiteral("empty response");
+constexpr QStringView EmptyResponse = u"empty response";
 
 LookupResult failure(qint64 code, const QString &description)
 {
@@ -58,7 +58,7 @@ LookupResult ReplyReader::readSearch(const QByteArray &body, const QString &quer
 {
     const std::optional<QJsonObject> reply = jsonObject(body);
     if (!reply)
-        return failure(QVLyricError::SearchFailed, EmptyResponse);
+        return failure(QVLyricError::SearchFailed, EmptyResponse.toString());
     if (const auto reported = reportedFailure(*reply))
         return *reported;
     QList<QJsonObject> candidates = usableCandidates(reply->value(LookupProtocol::Results).toArray());
@@ -72,7 +72,7 @@ LookupResult ReplyReader::readDetail(const QByteArray &body, const QString &, co
 {
     const std::optional<QJsonObject> reply = jsonObject(body);
     if (!reply)
-        return failure(QVLyricError::DetailUnreadable, EmptyResponse);
+        return failure(QVLyricError::DetailUnreadable, EmptyResponse.toString());
     if (const auto reported = reportedFailure(*reply))
         return *reported;
     // A reply without a lyric is a success on purpose.
