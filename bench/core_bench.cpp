@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
-// Benchmarks of the documents, and of their floors (see Floor.h). bench/ratios.py compares the results.
+// Benchmarks of the documents, and of their baselines (see Baseline.h). bench/ratios.py compares the results.
 
-#include "Floor.h"
+#include "Baseline.h"
 
 #include <QVSongLrc/QVSongLrc.h>
 
@@ -62,11 +62,11 @@ void build(benchmark::State &state)
     countLines(state);
 }
 
-void buildFloor(benchmark::State &state)
+void buildBaseline(benchmark::State &state)
 {
     const QString &text = lyric(state);
     for (auto _ : state) {
-        const Floor::Document document = Floor::build(text);
+        const Baseline::Document document = Baseline::build(text);
         benchmark::DoNotOptimize(document.lines.constData());
     }
     countLines(state);
@@ -83,13 +83,13 @@ void serialise(benchmark::State &state)
     countLines(state);
 }
 
-void serialiseFloor(benchmark::State &state)
+void serialiseBaseline(benchmark::State &state)
 {
     QVEditSong song;
     song.buildWithLrcText(lyric(state));
     const QString text = song.songText();
     for (auto _ : state)
-        benchmark::DoNotOptimize(Floor::copyWithRanges(*song.aryLines(), text).constData());
+        benchmark::DoNotOptimize(Baseline::copyWithRanges(*song.aryLines(), text).constData());
     countLines(state);
 }
 
@@ -104,13 +104,13 @@ void previewText(benchmark::State &state)
 }
 
 template <bool HasTag>
-void previewTextFloor(benchmark::State &state)
+void previewTextBaseline(benchmark::State &state)
 {
     QVPreviewSong preview;
     preview.buildWithLrcText(lyric(state));
     const QString text = preview.previewSongTextWithHasTag(HasTag);
     for (auto _ : state)
-        benchmark::DoNotOptimize(Floor::copyWithRanges(*preview.aryLines(), text).constData());
+        benchmark::DoNotOptimize(Baseline::copyWithRanges(*preview.aryLines(), text).constData());
     countLines(state);
 }
 
@@ -142,10 +142,10 @@ void deleteSet(benchmark::State &state)
     deleteHalf(state, [](QVEditSong &song, const auto &set, const auto &) { song.deleteLineAtIndexs(set); });
 }
 
-void deleteSetFloor(benchmark::State &state)
+void deleteSetBaseline(benchmark::State &state)
 {
     deleteHalf(state, [](QVEditSong &song, const auto &, const auto &indexes) {
-        *song.aryLines() = Floor::without(*song.aryLines(), indexes);
+        *song.aryLines() = Baseline::without(*song.aryLines(), indexes);
     });
 }
 
@@ -207,17 +207,17 @@ int main(int argc, char **argv)
         benchmark::RegisterBenchmark(name, run)->Arg(63)->Arg(4'000)->Arg(300'000);
     };
     perDocument("build", build<QVEditSong>);
-    perDocument("build_floor", buildFloor);
+    perDocument("build_baseline", buildBaseline);
     perDocument("build_preview", build<QVPreviewSong>);
     perDocument("serialise", serialise);
-    perDocument("serialise_floor", serialiseFloor);
+    perDocument("serialise_baseline", serialiseBaseline);
     perDocument("preview_tags", previewText<true>);
-    perDocument("preview_tags_floor", previewTextFloor<true>);
+    perDocument("preview_tags_baseline", previewTextBaseline<true>);
     perDocument("preview_bare", previewText<false>);
-    perDocument("preview_bare_floor", previewTextFloor<false>);
+    perDocument("preview_bare_baseline", previewTextBaseline<false>);
     for (const qint64 lines : {63, 4'000, 100'000, 300'000}) {
         benchmark::RegisterBenchmark("delete_set", deleteSet)->Arg(lines);
-        benchmark::RegisterBenchmark("delete_set_floor", deleteSetFloor)->Arg(lines);
+        benchmark::RegisterBenchmark("delete_set_baseline", deleteSetBaseline)->Arg(lines);
     }
     benchmark::RegisterBenchmark("memory", memory)->Arg(300'000)->Iterations(1);
     benchmark::RegisterBenchmark("usual", usual)->Arg(256);

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 # SPDX-License-Identifier: MIT
-"""Compares the benchmarks with their floors and limits: ratios.py RESULTS.json"""
+"""Compares the benchmarks with their baselines and limits: ratios.py RESULTS.json"""
 
 import json
 import statistics
@@ -27,34 +27,34 @@ def rows(results):
     time = times(results)
     for size in SIZES:
         for name, base, limit in (
-            ("build", "build_floor", 1.4),
+            ("build", "build_baseline", 1.4),
             ("build_preview", "build", 1.5),
-            ("preview_tags", "preview_tags_floor", 1.5),
-            ("preview_bare", "preview_bare_floor", 1.5),
-            ("serialise", "serialise_floor", None),
-            ("delete_set", "delete_set_floor", None),
+            ("preview_tags", "preview_tags_baseline", 1.5),
+            ("preview_bare", "preview_bare_baseline", 1.5),
+            ("serialise", "serialise_baseline", None),
+            ("delete_set", "delete_set_baseline", None),
         ):
             yield f"{name} / {base}, {size} lines", time[f"{name}/{size}"] / time[f"{base}/{size}"], limit
-    yield "build a line, 300000 lines / 63 lines", time["build/300000"] / 300000 / (time["build/63"] / 63), 1.5
+    yield "build, per line, 300000 lines / 63 lines", time["build/300000"] / 300000 / (time["build/63"] / 63), 1.5
     usual = time["usual/256"] / (256 * 1024)
     for name in HOSTILE:
         at = {size: time[f"hostile_{name}/{size}"] for size in (64, 256)}
         yield f"{name}, 256 KiB / 64 KiB", at[256] / at[64], 4.5
-        yield f"{name}, a character / usual lyric", at[256] / (256 * 1024) / usual, 4
+        yield f"{name}, per character / usual lyric", at[256] / (256 * 1024) / usual, 4
     yield "delete 50,000 of 100,000 lines, ms", time["delete_set/100000"] / 1e6, 5
     memory = [run["bytes_per_line"] for run in results["benchmarks"] if "bytes_per_line" in run]
-    yield "bytes a line beside the text, 300000 lines", max(memory), 200
+    yield "bytes per line besides the text, 300000 lines", max(memory), 200
 
 
 def main():
     with open(sys.argv[1], encoding="utf-8") as file:
         results = json.load(file)
-    print(f"{'':48}{'measured':>10}{'limit':>8}")
+    print(f"{'':52}{'measured':>10}{'limit':>8}")
     for what, measured, limit in rows(results):
         verdict = "" if limit is None else f"{limit:8}" + ("" if measured <= limit else "  over")
-        print(f"{what:48}{measured:10.2f}{verdict}")
+        print(f"{what:52}{measured:10.2f}{verdict}")
     for size in SIZES:
-        print(f"{f'build a line, {size} lines, ns':48}{times(results)[f'build/{size}'] / size:10.1f}")
+        print(f"{f'build, ns per line, {size} lines':52}{times(results)[f'build/{size}'] / size:10.1f}")
 
 
 if __name__ == "__main__":

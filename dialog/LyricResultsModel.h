@@ -27,8 +27,8 @@ public:
     QVariant data(const QModelIndex &index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
-    /// Sorts the list itself, by the rules of the default locale's language. The sort is stable, so columns
-    /// sorted by before break ties. Views see changed cells, not moved rows, and keep their selected row number.
+    /// Sorts the list itself, by the rules of the default locale's language. The sort is stable: equal rows keep the
+    /// order of the previous sort. Views see changed cells, not moved rows, and keep their selected row number.
     void sort(int column, Qt::SortOrder order) override;
 
 private:

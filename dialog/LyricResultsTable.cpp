@@ -12,7 +12,7 @@ namespace QVSongLrcPrivate {
 namespace {
 
 constexpr int FirstColumn = 0;
-constexpr double FirstColumnsShare = 0.6; // until the user drags the header
+constexpr double FirstColumnShare = 0.6; // until the user drags the header
 
 } // namespace
 
@@ -47,7 +47,7 @@ void LyricResultsTable::mouseDoubleClickEvent(QMouseEvent *event)
 void LyricResultsTable::resizeEvent(QResizeEvent *event)
 {
     const double share =
-        m_fittedWidth > 0 ? double(columnWidth(FirstColumn)) / m_fittedWidth : FirstColumnsShare;
+        m_fittedWidth > 0 ? double(columnWidth(FirstColumn)) / m_fittedWidth : FirstColumnShare;
     m_fittedWidth = viewport()->width();
     setColumnWidth(FirstColumn, qRound(share * m_fittedWidth)); // the last column takes the rest
     QTableView::resizeEvent(event);

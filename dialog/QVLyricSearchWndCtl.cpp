@@ -164,7 +164,7 @@ public:
             if (error)
                 setSearchState(error->localizedDescription);
             m_results.setResults(results);
-            // Also replaces an error's text. This is meant.
+            // Intended: this also replaces an error's text.
             setSearchState(QCoreApplication::translate("Localized", "Found %@ results")
                                .replace(QLatin1StringView("%@"), QString::number(results.size())));
             selectRow(bestIndex);
@@ -218,7 +218,7 @@ public:
 
     void tableDoubleClick()
     {
-        // Always true, since "no selection" is -1; downloadClick() checks the row. This is meant.
+        // Intended: always true, since "no selection" is -1. downloadClick() checks the row.
         if (m_ui.tableView->selectedRow() != std::numeric_limits<qint64>::max())
             downloadClick();
     }

@@ -17,7 +17,7 @@ static void addFiles()
 namespace {
 
 /// Deleted with the application object.
-class Texts final : public QTranslator
+class LibraryTranslator final : public QTranslator
 {
 public:
     using QTranslator::QTranslator;
@@ -28,7 +28,7 @@ private:
     QStringList m_followed; // the languages of the last load
 };
 
-Texts *theTexts = nullptr;
+LibraryTranslator *theTranslator = nullptr;
 
 /// The language code in the names of the translation files.
 QString codeOf(const QLocale &locale)
@@ -38,7 +38,7 @@ QString codeOf(const QLocale &locale)
     return QLocale::languageToCode(locale.language());
 }
 
-void Texts::followUsersLanguage()
+void LibraryTranslator::followUsersLanguage()
 {
     const QStringList languages = QLocale().uiLanguages();
     if (m_followed == languages)
@@ -46,7 +46,7 @@ void Texts::followUsersLanguage()
     m_followed = languages;
     for (const QString &language : languages) {
         const QLocale locale(language);
-        // The source texts are English, so there is no file. The next language must not replace it.
+        // English has no file, since the source texts are English. A later language must not be loaded instead.
         if (locale.language() == QLocale::English)
             break;
         if (load(u"qvsonglrc_"_s + codeOf(locale), u":/QVSongLrc/i18n"_s))
@@ -58,10 +58,10 @@ void Texts::followUsersLanguage()
 void install()
 {
     addFiles();
-    theTexts = new Texts(QCoreApplication::instance());
-    theTexts->followUsersLanguage();
-    QObject::connect(theTexts, &QObject::destroyed, [] { theTexts = nullptr; });
-    QCoreApplication::installTranslator(theTexts);
+    theTranslator = new LibraryTranslator(QCoreApplication::instance());
+    theTranslator->followUsersLanguage();
+    QObject::connect(theTranslator, &QObject::destroyed, [] { theTranslator = nullptr; });
+    QCoreApplication::installTranslator(theTranslator);
 }
 
 } // namespace
@@ -70,6 +70,6 @@ Q_COREAPP_STARTUP_FUNCTION(install)
 
 void QVSongLrcPrivate::Translations::followUsersLanguage()
 {
-    if (theTexts)
-        theTexts->followUsersLanguage();
+    if (theTranslator)
+        theTranslator->followUsersLanguage();
 }

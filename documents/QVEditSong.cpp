@@ -23,7 +23,7 @@ constexpr QStringView MakerName = u"Quendle";
 constexpr QStringView MakerHost = u"" QVSONGLRC_MAKER_HOST;
 constexpr QStringView MakerAddress = u"https://" QVSONGLRC_MAKER_HOST;
 
-// Both lines of the mark are format strings without arguments, so "%%" stands for "%".
+// Both lines of the mark are format strings without arguments: "%%" stands for "%", any other "%" for itself.
 QString formatted(QString text)
 {
     return text.replace(QLatin1StringView("%%"), QLatin1StringView("%"));
@@ -173,7 +173,6 @@ bool QVEditSong::insertCopyrightMark()
     if (mentions(MakerName) && mentions(MakerHost))
         return false;
 
-    // Translations are format strings without arguments: "%%" stands for "%", any other "%" for itself.
     const QString name = formatted(QCoreApplication::translate("QVEditSong", "Maker Tool: Quendle"));
     d->lines->insert(anchor + 1, timedLine(Saturating::add(anchorTime, 300), name));
     d->lines->insert(anchor + 2,

@@ -13,14 +13,14 @@ class QVLineWriter
 public:
     QVLineWriter() = delete;
 
-    /// Writes the display texts. Lines whose text is a slice slice the result from now on.
+    /// Writes the display texts. Line texts that are slices become slices of the result.
     static QString writeSongText(const QVSongLineList &lines);
 
-    /// Writes the display texts into a text that the lines slice from now on, and leaves their ranges alone.
-    /// Does nothing if the text would be longer than \p maxLength.
+    /// Writes the display texts into a new text, and makes line texts that are slices slices of it. Does nothing
+    /// if the new text would be longer than \p maxLength.
     static void gatherTexts(const QVSongLineList &lines, qsizetype maxLength);
 
-    /// Writes the display texts. The lines keep the text that they slice.
+    /// Writes the display texts. The lines' slices stay as they are.
     static QString writeDisplayTexts(const QVSongLineList &lines);
 
     /// Writes the lines' texts without tags. Intended: the range of an absent text has length 0, although

@@ -90,8 +90,7 @@ void QVPreviewSong::buildWithLrcText(const QString &text)
             }
             const QStringView lineText = timeTags.isEmpty() ? QStringView() : rawLine.sliced(end);
             for (const TimeTag &tag : std::as_const(timeTags)) {
-                // Intended: until the preview is written, the length is that of all that follows the line's
-                // own tag.
+                // Intended: until the preview is written, the length includes the tags after this one.
                 appendLine(lineText, tag.milliseconds).m_txtRg = {offset, quint64(rawLine.size() - tag.end)};
             }
             offset += quint64(lineText.size()) + 1;

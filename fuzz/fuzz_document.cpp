@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
-// Both documents read any code units. Their ranges match their texts, and previews are sorted.
+// Both documents read any sequence of code units. Their ranges match their texts, and previews are sorted.
 
 #include "FuzzText.h"
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
-// The tag scanner finds what ICU's regular expressions find, on any code units.
+// The tag scanner finds what ICU's regular expressions find, in any sequence of code units.
 
 #include "FuzzText.h"
 #include "tests/IcuTags.h"

@@ -31,7 +31,7 @@ qint64 distanceToBeat(float score, qint64 length)
 qsizetype bestMatch(const QList<QJsonObject> &candidates, const QString &query, const std::stop_token &stop)
 {
     qsizetype best = 0;
-    float bestScore = -1; // candidates that score less are not chosen
+    float bestScore = -1; // a candidate is chosen only if it scores more
     for (qsizetype index = 0; index < candidates.size() && !stop.stop_requested(); ++index) {
         const QJsonObject &candidate = candidates[index];
         const QString text = stringForKeySafeModel(candidate, Key_Lyric_Trackname)

@@ -18,16 +18,16 @@ namespace QVSongLrcPrivate {
 namespace {
 
 constexpr int WordBits = 64;
-constexpr int ManyWords = 4; // processed together where there are as many
+constexpr int WordsAtOnce = 4; // computed together, except in the last rows
 
-/// The 64 rows of a word in one column: the rows where the distance grows or shrinks from the row above.
+/// 64 rows of one column: the bits of the rows where the distance is 1 more, or 1 less, than in the row above.
 struct Rows
 {
     quint64 grows = ~quint64(0);
     quint64 shrinks = 0;
 };
 
-/// The rows where the distance grows or shrinks from one column to the next.
+/// The bits of the rows where the distance grows, or shrinks, by 1 from one column to the next.
 struct Step
 {
     quint64 grows;
@@ -48,15 +48,15 @@ inline Step advance(Rows &rows, quint64 equal, Step above)
     return step;
 }
 
-/// A hash table from each code unit of a text to the rows where it stands. The text has at most as many code
+/// A hash table that maps each code unit of a text to the rows that have it. The text has at most as many code
 /// units as \p WordCount words have bits.
 template <int WordCount>
-class Words
+class RowTable
 {
 public:
     using Masks = std::array<quint64, WordCount>;
 
-    explicit Words(QStringView units)
+    explicit RowTable(QStringView units)
     {
         for (qsizetype row = 0; row < units.size(); ++row) {
             const size_t at = find(units[row]);
@@ -87,13 +87,13 @@ private:
 /// The distance of \p text to \p pattern, which fits one word. Stops early when it must exceed \p limit.
 qint64 distanceToWord(QStringView pattern, QStringView text, qint64 limit)
 {
-    const Words<1> word(pattern);
+    const RowTable<1> table(pattern);
     const int lastRow = int(pattern.size()) - 1;
     Rows rows;
     qint64 distance = pattern.size();
     qint64 least = distance - text.size(); // the distance if all remaining columns reduced it
     for (const QChar unit : text) {
-        const Step step = advance(rows, word.rowsOf(unit)[0], {1, 0});
+        const Step step = advance(rows, table.rowsOf(unit)[0], {1, 0});
         const qint64 change = qint64(step.grows >> lastRow & 1) - qint64(step.shrinks >> lastRow & 1);
         distance += change;
         least += change + 1;
@@ -111,17 +111,17 @@ struct Carry
 };
 
 /// Computes all of \p columns in the rows of \p units, and returns the change of the distance in the last row.
-/// \p carries holds the steps of the row above, one a column, and receives those of the last row. A word must wait
-/// for its own previous column, but the processor can compute several words at the same time.
+/// \p carries holds the steps of the row above, one per column, and receives those of the last row. Each word
+/// waits for its own previous column; with several words the processor has other work to do meanwhile.
 template <int WordCount>
-qint64 crossWords(QStringView units, QStringView columns, Carry *carries)
+qint64 computeRows(QStringView units, QStringView columns, Carry *carries)
 {
-    const Words<WordCount> words(units);
+    const RowTable<WordCount> table(units);
     const int lastRow = int((units.size() - 1) % WordBits);
     std::array<Rows, WordCount> rows;
     qint64 change = 0;
     for (const QChar unit : columns) {
-        const auto &equal = words.rowsOf(unit);
+        const auto &equal = table.rowsOf(unit);
         Carry &carry = *carries++;
         Step above{carry.grows, carry.shrinks};
         for (size_t word = 0; word < WordCount; ++word) {
@@ -155,15 +155,16 @@ qint64 distanceInBand(QStringView longer, QStringView shorter, qint64 limit, con
     for (qint64 top = 0; top < height; top += rowCount) {
         if (stop.stop_requested())
             return limit + 1;
-        const bool isFull = height - top >= ManyWords * WordBits;
-        rowCount = isFull ? ManyWords * WordBits : std::min<qint64>(WordBits, height - top);
+        const bool isFull = height - top >= WordsAtOnce * WordBits;
+        rowCount = isFull ? WordsAtOnce * WordBits : std::min<qint64>(WordBits, height - top);
         for (; first < top - toTheLeft; ++first)
             corner += carries[size_t(first)].grows - carries[size_t(first)].shrinks;
         const qint64 end = std::min(width, top + rowCount + toTheRight);
         corner += rowCount;
-        const auto cross = isFull ? crossWords<ManyWords> : crossWords<1>;
+        const auto compute = isFull ? computeRows<WordsAtOnce> : computeRows<1>;
         distance = corner
-            + cross(longer.sliced(top, rowCount), shorter.sliced(first, end - first), carries.data() + first);
+            + compute(longer.sliced(top, rowCount), shorter.sliced(first, end - first),
+                      carries.data() + first);
     }
     return distance;
 }

@@ -54,7 +54,7 @@ HttpTransfer::HttpTransfer(const QNetworkRequest &request, const std::optional<Q
     m_idle.setInterval(idleLimit);
     connect(&m_idle, &QTimer::timeout, this,
             [this] { fail(QVLyricError::Timeout, tr("The lyric service has not answered in time.")); });
-    m_manager.setProxy(networkProxy()); // else Qt may read the environment
+    m_manager.setProxy(networkProxy()); // otherwise Qt may use a proxy from the environment
     // When Qt follows redirects itself, it sometimes sends a request twice.
     m_request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     if (!form) {
@@ -105,7 +105,7 @@ void HttpTransfer::read()
     if (m_isSettled)
         return;
     m_idle.start();
-    // A compressed reply can be so long that unpacking it at once would block the event loop.
+    // A compressed reply can be so long that reading it in one go would block the event loop.
     qint64 allowance = 1024 * 1024;
     std::array<char, 64 * 1024> chunk;
     qint64 length = 0;
@@ -132,7 +132,7 @@ void HttpTransfer::finish()
     const QNetworkReply::NetworkError error = m_reply->error();
     // OneTimeBody cannot be sent again: after an early close, or for a redirect that wants the form (307, 308).
     if (error == QNetworkReply::ContentReSendError)
-        fail(transportCode(error, status), tr("The lyric service has not taken the request."));
+        fail(transportCode(error, status), tr("The lyric service did not accept the request."));
     else if (error != QNetworkReply::NoError)
         fail(transportCode(error, status), m_reply->errorString());
     else if (!target.isEmpty())
@@ -147,7 +147,7 @@ void HttpTransfer::finish()
 void HttpTransfer::follow(const QUrl &target)
 {
     if (target.scheme() != QLatin1StringView("https")) {
-        fail(QVLyricError::BadRedirect, tr("The lyric service redirects to an address that is not safe."));
+        fail(QVLyricError::BadRedirect, tr("The lyric service redirects to an address without HTTPS."));
         return;
     }
     if (++m_redirects > LookupLimits::Redirects) {
@@ -171,7 +171,7 @@ void HttpTransfer::fail(QVLyricError::TransportCode code, const QString &descrip
                const auto &, const auto &failure) { failure(error); });
 }
 
-void HttpTransfer::settle(Answer answer)
+void HttpTransfer::settle(CallHandler call)
 {
     if (m_isSettled)
         return;
@@ -182,9 +182,9 @@ void HttpTransfer::settle(Answer answer)
     // Queued, since cancel() must return before a handler runs. The handler may delete this object.
     QMetaObject::invokeMethod(
         this,
-        [this, answer = std::move(answer), success = std::move(m_success), failure = std::move(m_failure)] {
+        [this, call = std::move(call), success = std::move(m_success), failure = std::move(m_failure)] {
             deleteLater();
-            answer(success, failure);
+            call(success, failure);
         },
         Qt::QueuedConnection);
 }

@@ -27,7 +27,7 @@ public:
                  QVLyricHttpClient::Failure failure, QObject *parent);
     ~HttpTransfer() override;
 
-    /// Fails with QVLyricError::Cancelled, unless the outcome is settled already.
+    /// Fails with QVLyricError::Cancelled, unless the request has already succeeded or failed.
     void cancel();
 
 private:
@@ -39,9 +39,9 @@ private:
     int httpStatus() const;
     void fail(QVLyricError::TransportCode code, const QString &description);
 
-    using Answer = std::function<void(const QVLyricHttpClient::Success &success,
-                                      const QVLyricHttpClient::Failure &failure)>;
-    void settle(Answer answer);
+    using CallHandler = std::function<void(const QVLyricHttpClient::Success &success,
+                                           const QVLyricHttpClient::Failure &failure)>;
+    void settle(CallHandler call);
 
     QNetworkRequest m_request;
     QNetworkAccessManager m_manager;

@@ -24,8 +24,7 @@ inline constexpr QLatin1StringView Result("result");
 
 inline constexpr qint64 Success = 0; // any other code is an error
 
-// The request key is KeyPrefix and the whole seconds since 1970, encrypted with AES-128-CBC (PKCS#7 padding), in
-// Base64.
+// The request key.
 inline constexpr QLatin1StringView KeyPrefix("interval=");
 inline constexpr QLatin1StringView CipherKey("9e41c07ab3d6f2e8");            // 16 bytes
 inline constexpr QLatin1StringView InitialisationVector("r3t9x27104cda58e"); // 16 bytes

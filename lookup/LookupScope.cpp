@@ -13,15 +13,15 @@ namespace {
 LookupScope *theScope = nullptr;
 
 /// Reads one reply on a thread of its own. Completions are called and destroyed on the main thread only.
-class Reading final : public QObject
+class ReplyJob final : public QObject
 {
 public:
-    Reading(LookupScope::Read read, LookupScope::Done done, QObject *parent)
+    ReplyJob(LookupScope::Read read, LookupScope::Done done, QObject *parent)
         : QObject(parent)
         , m_done(std::move(done))
         , m_thread([this, read = std::move(read)](const std::stop_token &stop) {
-            m_answer = read(stop);
-            QMetaObject::invokeMethod(this, &Reading::deliver, Qt::QueuedConnection);
+            m_result = read(stop);
+            QMetaObject::invokeMethod(this, &ReplyJob::deliver, Qt::QueuedConnection);
         })
     {
     }
@@ -31,13 +31,13 @@ private:
     {
         m_thread.join();
         const LookupScope::Done done = std::move(m_done);
-        const LookupResult answer = std::move(m_answer);
+        const LookupResult result = std::move(m_result);
         deleteLater();
-        done(answer); // may delete this object
+        done(result); // may delete this object
     }
 
     LookupScope::Done m_done;
-    LookupResult m_answer; // belongs to the thread until that is joined
+    LookupResult m_result; // belongs to the thread until that is joined
     std::jthread m_thread; // the last member: joined before the others are destroyed
 };
 
@@ -47,7 +47,7 @@ LookupScope &LookupScope::instance()
 {
     if (!theScope) {
         theScope = new LookupScope;
-        // Transfers and threads need the application object; a post routine runs before that is gone.
+        // Transfers and threads need the application object, which still exists when a post routine runs.
         qAddPostRoutine([] { delete std::exchange(theScope, nullptr); });
     }
     return *theScope;
@@ -55,7 +55,7 @@ LookupScope &LookupScope::instance()
 
 void LookupScope::compute(Read read, Done done)
 {
-    new Reading(std::move(read), std::move(done), this);
+    new ReplyJob(std::move(read), std::move(done), this);
 }
 
 } // namespace QVSongLrcPrivate

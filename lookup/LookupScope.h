@@ -21,7 +21,7 @@ public:
     using Read = std::function<LookupResult(const std::stop_token &)>;
     using Done = std::function<void(const LookupResult &)>;
 
-    /// Calls \p read on another thread, then \p done with its answer from the event loop. When the application
+    /// Calls \p read on another thread, then \p done with its result from the event loop. When the application
     /// object is destroyed before that, \p read gets a stop request and \p done is not called. \p read must not
     /// hold references to objects of the main thread.
     void compute(Read read, Done done);

@@ -9,8 +9,8 @@
 
 namespace QVSongLrcPrivate {
 
-/// A request's body that can be read only once. No lookup may be repeated, but Qt repeats a request up to three
-/// times when the connection closes before the reply begins, unless the body cannot be read again.
+/// A request's body that can be read only once. A lookup must not be sent twice, but when the connection closes
+/// before the reply begins, Qt sends the request again, up to three times, if it can read the body again.
 class OneTimeBody final : public QIODevice
 {
 public:

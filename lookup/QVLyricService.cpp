@@ -33,15 +33,14 @@ bool isHost(const QString &host)
     return url.isValid() && !url.host().isEmpty();
 }
 
-/// The certificates in \p pem without what lies between them; empty when there are none or one is unreadable.
+/// The certificates in \p pem, without the text between them; empty when there are none or one is unreadable.
 QByteArray certificatesIn(const QByteArray &pem)
 {
     using Bio = std::unique_ptr<BIO, decltype(&BIO_free)>;
     const Bio input(BIO_new_mem_buf(pem.constData(), int(pem.size())), BIO_free);
     const Bio output(BIO_new(BIO_s_mem()), BIO_free);
-    const auto refuseEncrypted = [](char *, int, int, void *) {
-        return -1;
-    }; // OpenSSL would ask on the terminal
+    // Without a callback OpenSSL asks for the passphrase of an encrypted certificate on the terminal.
+    const auto refuseEncrypted = [](char *, int, int, void *) { return -1; };
     ERR_clear_error();
     while (const auto certificate = std::unique_ptr<X509, decltype(&X509_free)>(
                PEM_read_bio_X509(input.get(), nullptr, refuseEncrypted, nullptr), X509_free))

@@ -46,8 +46,8 @@ private:
     const QPointer<HttpTransfer> m_transfer; // deletes itself
 };
 
-/// \p fields as application/x-www-form-urlencoded in UTF-8: everything but the unreserved characters is escaped,
-/// a lone surrogate is U+FFFD.
+/// \p fields as application/x-www-form-urlencoded in UTF-8. Everything but the unreserved characters is escaped. A
+/// lone surrogate becomes U+FFFD.
 QByteArray formBody(const QVLyricHttpClient::Fields &fields)
 {
     const auto escape = [](const QString &text) {
@@ -65,8 +65,8 @@ QByteArray formBody(const QVLyricHttpClient::Fields &fields)
 QtHttpClient::QtHttpClient()
 {
     m_request.setSslConfiguration(sslConfiguration());
-    // Qt unpacks everything at once to learn its length. Above this size it refuses replies that grow more than
-    // 40 times.
+    // Qt decompresses what arrives at once, to count the bytes. Above this size it refuses a reply that is more
+    // than 40 times as long decompressed.
     m_request.setDecompressedSafetyCheckThreshold(4 * 1024 * 1024);
     m_request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false); // of no use for a single request
 }

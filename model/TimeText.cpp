@@ -55,9 +55,9 @@ double nearestDouble(const char16_t *begin, const char16_t *end)
     double value = 0;
     const auto [_, error] = std::from_chars(number.cbegin(), number.cend(), value, std::chars_format::fixed);
     if (error == std::errc::result_out_of_range) {
-        const bool small =
+        const bool isUnderflow =
             std::all_of(begin, std::find(begin, end, u'.'), [](char16_t c) { return c == u'0'; });
-        return small ? 0 : std::numeric_limits<double>::infinity();
+        return isUnderflow ? 0 : std::numeric_limits<double>::infinity();
     }
     return value;
 }
@@ -86,7 +86,7 @@ double leadingDouble(QStringView text)
     }
     if (whole + fraction == 0)
         return 0;
-    // In the first case both operands are exact, so the division gives the nearest double.
+    // With few digits both operands are exact, so the division gives the nearest double.
     const double value =
         whole + fraction <= ExactDigits ? double(digits) / PowersOfTen[fraction] : nearestDouble(begin, at);
     return negative ? -value : value;

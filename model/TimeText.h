@@ -17,7 +17,7 @@ qint64 fromTag(QStringView tag);
 /// Enough for the tag of any 64-bit time.
 inline constexpr qsizetype MaxTagLength = 32;
 
-/// Times from 0 to below this one, 100 minutes, have two digits in each field.
+/// 100 minutes in ms. Times from 0 to below that have two digits in each field.
 inline constexpr qint64 TwoDigitLimit = 6'000'000;
 inline constexpr qsizetype TwoDigitTagLength = 10;
 

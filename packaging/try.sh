@@ -2,9 +2,9 @@
 # SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 # SPDX-License-Identifier: MIT
 # usage: try.sh ROOT PACKAGE_FOLDER BUILD_PACKAGE...
-# Installs, uses and removes the Debian packages in ROOT, a fresh Debian 12. BUILD_PACKAGE are the Debian packages that
-# a program is built with. Must run as root. Uses its own mount and PID namespaces, so nothing that it starts or mounts
-# outlives it.
+# Installs, uses and removes the Debian packages in ROOT, a fresh Debian 12. BUILD_PACKAGE are the Debian packages
+# needed to build a program with the library. Must run as root. Uses its own mount and PID namespaces, so nothing that
+# it starts or mounts outlives it.
 set -eu
 if [ "${1:-}" != --inside ]; then
     exec unshare --mount --pid --fork --kill-child "$0" --inside "$@"

@@ -123,7 +123,7 @@ def search(service, fresh):
     times = sorted(t for part, _ in answers for t in part)
     results = sum(count for _, count in answers)
     print(f"{CLIENTS} clients, {'one connection per search' if fresh else 'persistent connections'}: median "
-          f"{times[len(times) // 2]:.1f} ms, p99 {times[len(times) * 99 // 100]:.1f} ms, most {times[-1]:.1f} ms "
+          f"{times[len(times) // 2]:.1f} ms, p99 {times[len(times) * 99 // 100]:.1f} ms, max {times[-1]:.1f} ms "
           f"({len(times)} searches, {results / len(times):.1f} results each)")
 
 

@@ -65,7 +65,7 @@ public:
     /// Does nothing if the texts of the lines already contain both. Calls updateSongText() after adding the
     /// mark.
     ///
-    /// The mark goes after a line that a pause follows. The gap after a line is the first time of the next
+    /// The mark goes after a line that is followed by a pause. The gap after a line is the first time of the next
     /// line minus its own first time; a line without times counts as 0 ms. Of the first eleven lines that have
     /// a next line, the mark goes after the last one whose gap is longer than the previous line's (for the
     /// first line, longer than 0), and its times are that line's first time plus 300 and 700 ms. If there is

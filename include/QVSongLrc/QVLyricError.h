@@ -37,10 +37,9 @@ struct QVSONGLRC_LOOKUP_EXPORT QVLyricError
         Unreachable = 3, ///< No connection to the service or to the proxy.
         Tls = 4,         ///< The TLS handshake failed, for instance because of the service's certificate.
         BadReply = 5,    ///< The reply is not valid HTTP, or ended too early.
-        BadRedirect =
-            6, ///< A redirect that is not followed: not to HTTPS, one too many, or asking for the form.
-        HttpStatus = 7, ///< The HTTP status is outside 200 to 299; see httpStatus.
-        TooLarge = 8,   ///< The reply is larger than 16 MiB, unpacked.
+        BadRedirect = 6, ///< A redirect not to HTTPS, one that wants the form again, or one too many.
+        HttpStatus = 7,  ///< The HTTP status is outside 200 to 299; see httpStatus.
+        TooLarge = 8,    ///< The reply is larger than 16 MiB, uncompressed.
     };
 
     QString domain;               ///< One of the three domains above, or a host's own transport's.

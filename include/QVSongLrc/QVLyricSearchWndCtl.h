@@ -17,16 +17,15 @@ class QWidget;
 /// A modal dialog in which the user searches the lyric service for a song and downloads its lyric.
 ///
 /// Needs a QApplication. Call every function from its main thread. QVLyricService sets the service's address.
-/// The texts are in the first of the user's languages, as QLocale() lists them, that the library has
-/// translations for, otherwise in English.
+/// The texts are in the first language of QLocale().uiLanguages() that the library has, otherwise in English.
 ///
-/// The controller owns the window. The host and every outstanding request share the controller, so the host may
-/// drop it at any time. Closing the dialog does not cancel requests. The window is deleted with the controller,
-/// with its parent or just before the application object, whichever comes first; a controller without its
-/// window can still be used.
+/// The host and every outstanding request share ownership of the controller, so the host may drop it at any time.
+/// Closing the dialog does not cancel requests. The controller owns the window, which is deleted with the
+/// controller, with its parent or just before the application object, whichever comes first. A controller
+/// without its window can still be used.
 ///
-/// Errors do not reach the host, except as a null lyric: the dialog's status line shows why a download failed,
-/// and a failed search as "Found 0 results". Messages are logged in the category "qvsonglrc.dialog".
+/// The host sees errors only as a null lyric. The dialog's status line shows why a download failed; after a
+/// failed search it shows "Found 0 results". Messages are logged in the category "qvsonglrc.dialog".
 class QVSONGLRC_DIALOG_EXPORT QVLyricSearchWndCtl final
     : public std::enable_shared_from_this<QVLyricSearchWndCtl>
 {

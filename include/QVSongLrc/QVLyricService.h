@@ -13,7 +13,7 @@
 ///
 /// Requests always use HTTPS with TLS 1.2 or later. The service's certificate and host name are always
 /// verified: against the system's authorities or, once the program has added authorities, against those alone.
-/// Nothing is read from the environment or from files.
+/// No setting is read from the environment or from a file.
 class QVSONGLRC_LOOKUP_EXPORT QVLyricService
 {
 public:
@@ -43,7 +43,7 @@ public:
     /// changes.
     static void addCertificateAuthorities(const QByteArray &pem);
 
-    /// The proxy; empty when there is none, as at first.
+    /// The proxy; empty when there is none, which is the default.
     static QUrl proxy();
 
     /// Sends requests through \p url, such as "http://proxy.example:3128" or "socks5://127.0.0.1:1080", which

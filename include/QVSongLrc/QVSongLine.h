@@ -83,7 +83,7 @@ public:
     bool isEqual(const QVSongLine *other) const;
     bool isEqual(const std::shared_ptr<const QVSongLine> &other) const { return isEqual(other.get()); }
 
-    /// The times, range and text as a line for debugging, which ends with a line feed.
+    /// The times, range and text in one line for debugging, with a line feed at the end.
     QString description() const;
 
     /// Adds \p milliseconds to every time of a lyric line. Results are limited to the range from 0 to the

@@ -22,9 +22,8 @@ struct QVTextRange
         return location + std::min(length, std::numeric_limits<quint64>::max() - location);
     }
 
-    /// The part of \p text that lies in the range. What the range covers beyond the end of \p text is left
-    /// out, so the result may be shorter than length, or empty. It refers to the characters of \p text, which
-    /// must outlive it.
+    /// The part of \p text in the range. If the range extends beyond the end of \p text, the result is shorter
+    /// than length, or empty. It refers to the characters of \p text, which must outlive it.
     constexpr QStringView sliceOf(QStringView text) const
     {
         const quint64 begin = std::min(location, quint64(text.size()));

@@ -41,11 +41,11 @@ class QObject;
 /// | ServiceDomain | SearchFailed, DetailUnreadable | "empty response" | the reply is not a JSON object |
 /// | ServiceDomain | the reply's "code" | its "message", or "" | the reply's "code" is not 0 |
 /// | ServiceDomain | NothingFound | "没有结果" | the search found no candidate with title and artist |
-/// | ServiceDomain | NothingFound | "Found no lyric", translated | a search of a derived class gave an empty list |
+/// | ServiceDomain | NothingFound | "Found no lyric", translated | a derived class's search returned an empty list |
 /// | ServiceDomain | SearchFailed, DetailFailed | "networkError" | the transport failed without an error |
-/// | TransportDomain | a TransportCode | in English | the transport failed or was cancelled |
+/// | TransportDomain | a TransportCode | in English unless the host translates it | the transport failed or was cancelled |
 ///
-/// A request fails when it makes no progress for 60 s, or when the unpacked reply exceeds 16 MiB. Replies are
+/// A request fails when it makes no progress for 60 s, or when the uncompressed reply exceeds 16 MiB. Replies are
 /// parsed on another thread, so that a long one does not block the event loop. Transport errors are logged as
 /// warnings in the category "qvsonglrc.lookup".
 class QVSONGLRC_LOOKUP_EXPORT ZTLyricRequestModel : public std::enable_shared_from_this<ZTLyricRequestModel>
@@ -56,8 +56,8 @@ public:
     using ListCompletion = std::function<void(const std::optional<QVLyricError> &error,
                                               const QList<QJsonObject> &results, qint64 bestIndex)>;
 
-    /// Takes the error if there is one, and the lyric. Without an error, too, the lyric is absent when the
-    /// reply had none.
+    /// Takes the error if there is one, and the lyric. The lyric is absent with an error, and also when a
+    /// successful reply contained none.
     using LyricCompletion =
         std::function<void(const std::optional<QVLyricError> &error, const QString &lyric)>;
 
@@ -82,7 +82,7 @@ public:
     QJsonObject reqParams() const;
     void setReqParams(const QJsonObject &params);
 
-    /// The task of the request that was started last, also after its answer; null before the first request.
+    /// The task of the latest request, even after that has finished; null before the first request.
     std::shared_ptr<QVLyricDataTask> dataTask() const;
     void setDataTask(std::shared_ptr<QVLyricDataTask> task);
 
@@ -118,8 +118,8 @@ public:
     static QList<QJsonObject> filterResultList(const QJsonArray &list);
 
     /// The candidate in \p list whose title and artist, joined, are most like the query's by
-    /// Distance::likePercent(). The first one among equals, and the first of all when none scores above -1.
-    /// Nothing when \p list is empty.
+    /// Distance::likePercent(). Of several equally good ones it is the first; when none scores above -1, it is
+    /// the first in the list. Nothing when \p list is empty.
     std::optional<QJsonObject> getBestMatch(const QList<QJsonObject> &list) const;
 
     /// A new HTTP client, with the headers of a form set. Every request gets its client here; override this
@@ -127,7 +127,7 @@ public:
     virtual std::shared_ptr<QVLyricHttpClient> afPostMgr() const;
 
 protected:
-    /// For derived classes, whose objects must be owned by a `std::shared_ptr`, too.
+    /// For derived classes. Their objects, too, must be owned by a `std::shared_ptr`.
     explicit ZTLyricRequestModel(const QJsonObject &reqParams);
 
 private:

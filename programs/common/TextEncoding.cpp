@@ -105,7 +105,7 @@ QByteArray withByteOrder(const QByteArray &name, const QByteArray &bytes)
     return name + (bytes.startsWith("\xFF\xFE") ? "LE" : "BE");
 }
 
-// Whether no character is unassigned, private or a C1 control. A wrongly guessed encoding soon produces one.
+// Whether the text has no unassigned, private-use or C1 control characters. A wrongly guessed encoding soon produces one.
 bool isPlausibleText(const QString &text)
 {
     return std::none_of(text.cbegin(), text.cend(), [](QChar c) {

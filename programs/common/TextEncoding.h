@@ -20,8 +20,8 @@ struct DecodedText
     TextEncoding encoding;
 };
 
-/// \p text with every lone surrogate replaced by U+FFFD, since no encoding can represent one. The value of a property
-/// ends in one when the document cut it inside a surrogate pair.
+/// \p text with every lone surrogate replaced by U+FFFD, since no encoding can represent one. A property's value, for
+/// instance, can end in one: reading drops the last code unit, even of a surrogate pair.
 QString wellFormed(QString text);
 
 /// Whether ICU knows an encoding of this name.
@@ -32,8 +32,8 @@ bool isTextEncoding(const QByteArray &name);
 TextEncoding outputEncoding(const QByteArray &name);
 
 /// Decodes \p bytes from the encoding \p name. Without a name the encoding is UTF-16 if \p bytes start with its byte
-/// order mark, else UTF-8 if they are valid, else the most likely legacy encoding that converts back to the same bytes.
-/// Nothing when \p bytes are invalid in the encoding, or, without a name, when they are not text.
+/// order mark, else UTF-8 if they are valid UTF-8, else the most likely legacy encoding that converts back to the same
+/// bytes. Nothing when \p bytes are invalid in the encoding, or, without a name, when they are not text.
 std::optional<DecodedText> decodeText(const QByteArray &bytes, const QByteArray &name = {});
 
 /// Encodes wellFormed() \p text. Nothing when it contains a character that the encoding does not have.

@@ -18,7 +18,7 @@ public:
 /// The file name that means standard input or output.
 inline constexpr QLatin1StringView StandardStream("-");
 
-/// Reads a file or standard input, see decodeText() for the encoding. \throws FileError
+/// Reads a file or standard input; see decodeText() for the encoding. \throws FileError
 DecodedText readTextFile(const QString &file, const QByteArray &encoding = {});
 
 /// Replaces a file atomically, or writes to standard output. When writing fails, the old file is unchanged. Devices and

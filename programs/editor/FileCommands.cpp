@@ -128,9 +128,10 @@ void FileCommands::read(const QString &name)
     m_isChangeKnown = false;
     remember(m_song.file().name());
     const bool isSame = m_song.text() == text || m_song.text() == text + u'\n';
-    Q_EMIT message(isSame ? tr("Opened %1").arg(m_song.file().name())
-                          : tr("Saving will reformat this file: blank lines, words before tags and tags in "
-                               "other forms are rewritten"));
+    Q_EMIT message(isSame
+                       ? tr("Opened %1").arg(m_song.file().name())
+                       : tr("Saving will reformat this file: blank lines and words before tags are removed, "
+                            "tags are rewritten"));
 }
 
 void FileCommands::checkDisk()
@@ -150,10 +151,10 @@ void FileCommands::checkDisk()
 
 QMessageBox::StandardButton FileCommands::ask(const QString &title, const QString &text,
                                               QMessageBox::StandardButtons buttons,
-                                              QMessageBox::StandardButton normal)
+                                              QMessageBox::StandardButton defaultButton)
 {
     const QScopedValueRollback asking(m_isAsking, true);
-    return QMessageBox::warning(m_window, title, text, buttons, normal);
+    return QMessageBox::warning(m_window, title, text, buttons, defaultButton);
 }
 
 QStringList FileCommands::recentFiles()

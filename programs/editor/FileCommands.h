@@ -45,7 +45,8 @@ private:
     bool write(const QString &name);
     void read(const QString &name);
     QMessageBox::StandardButton ask(const QString &title, const QString &text,
-                                    QMessageBox::StandardButtons buttons, QMessageBox::StandardButton normal);
+                                    QMessageBox::StandardButtons buttons,
+                                    QMessageBox::StandardButton defaultButton);
     void remember(const QString &name);
     QString startFolder() const;
 

@@ -74,7 +74,7 @@ QString SongModel::property(QStringView key) const
 void SongModel::replaceSong(const SongFile &file, const QString &text)
 {
     m_undoStack.clear();
-    m_undoStack.setClean(); // clear() does not do this for an empty stack, as a recovered song may have
+    m_undoStack.setClean(); // clear() leaves an empty stack unclean, which a recovered song may have
     m_file = file;
     ++m_number;
     QVEditSong song;
@@ -282,19 +282,19 @@ void SongModel::splice(qsizetype row, qsizetype removed, const QVSongLineList &i
         line->lineText();
     // Insert or remove first: the table may select another line, whose range must match the text shown.
     const qsizetype changes = std::min(removed, inserted.size());
-    const qsizetype behind = row + changes;
+    const qsizetype end = row + changes;
     if (removed > changes) {
-        beginRemoveRows({}, int(behind), int(row + removed) - 1);
-        all.remove(behind, removed - changes);
+        beginRemoveRows({}, int(end), int(row + removed) - 1);
+        all.remove(end, removed - changes);
         endRemoveRows();
     } else if (inserted.size() > changes) {
-        beginInsertRows({}, int(behind), int(row + inserted.size()) - 1);
-        all = all.first(behind) + inserted.sliced(changes) + all.sliced(behind);
+        beginInsertRows({}, int(end), int(row + inserted.size()) - 1);
+        all = all.first(end) + inserted.sliced(changes) + all.sliced(end);
         endInsertRows();
     }
     std::copy_n(inserted.cbegin(), changes, all.begin() + row);
     if (changes > 0)
-        Q_EMIT dataChanged(index(int(row), 0), index(int(behind) - 1, ColumnCount - 1));
+        Q_EMIT dataChanged(index(int(row), 0), index(int(end) - 1, ColumnCount - 1));
     m_song.updateSongText();
     Q_EMIT changed(row, removed, inserted.size());
 }

@@ -79,7 +79,7 @@ Identity readIdentity(const QString &certificateFile, const QString &keyFile)
             Key(PEM_read_bio_PrivateKey(memory(key).get(), nullptr, nullptr, const_cast<char *>("")))};
 }
 
-// Renames a temporary file, so that nobody reads a half-written one. QTemporaryFile's is readable by its owner only.
+// Writes a temporary file, which only its owner can read, and renames it, so that nobody reads a half-written one.
 void writeFile(const QString &path, BIO *content, bool isSecret)
 {
     char *bytes = nullptr;

@@ -7,8 +7,8 @@
 #include <QString>
 
 /// The service's own certificate authority and server certificate, kept in the data folder as authority.pem,
-/// authority-key.pem, server.pem and server-key.pem. The key files are readable by their owner only, also while they
-/// are written.
+/// authority-key.pem, server.pem and server-key.pem. Only their owner can read the key files, even while they are
+/// being written.
 ///
 /// A client that trusts authority.pem can verify the service as localhost, 127.0.0.1, ::1 and the address
 /// it listens on.

@@ -10,8 +10,8 @@
 
 /// A reply that refuses a request. docs/lookup-protocol.md lists them for authors of clients.
 ///
-/// Errors that a client of the library should see have the status 200 and a code of the service's own, since the
-/// library reads no body of another status. For all others the code is the HTTP status.
+/// The library ignores the body of any status but 200 to 299. Errors that it should report to its program therefore
+/// have the status 200 and a code of the service's own. For all others the code is the HTTP status.
 struct ServiceError
 {
     int status;

@@ -35,8 +35,8 @@ public:
     /// Call after the reply was written. Closes the connection if the client or finish() asked for that.
     void replied();
 
-    /// Closes after the request in progress, one that has started to arrive included. A connection without any request
-    /// yet has a short time to send one.
+    /// Closes after the reply to the request in progress, even if that is still arriving. A connection that has not
+    /// sent any request yet has a short time to send one.
     void finish();
 
 Q_SIGNALS:

@@ -12,8 +12,8 @@
 
 class SongIndex;
 
-/// Answers requests for searches and lyrics, from an index of songs, when their request key is valid. Bind it to an
-/// HttpsListener.
+/// Replies to searches and detail requests from an index of songs. Refuses requests without a valid key. Bind it to
+/// an HttpsListener.
 class LyricApi : public QAbstractHttpServer
 {
     Q_OBJECT

@@ -12,7 +12,7 @@
 class SongIndexWriter
 {
 public:
-    /// Another stamp means that a file has changed.
+    /// A file whose stamp differs has changed.
     struct Stamp
     {
         qint64 size = 0;

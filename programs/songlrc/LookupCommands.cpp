@@ -32,7 +32,7 @@ ExitStatus report(const QVLyricError &error, bool json)
     return error.domain == QVLyricError::TransportDomain ? Failed : NegativeAnswer;
 }
 
-// Whether output is a regular file, which is replaced quickly, and not a device or pipe, whose writing may block.
+// Whether the output is a regular file. Writing to a device or a pipe may block.
 bool isRegularFile(const QString &output)
 {
     const QFileInfo target(output);

@@ -47,7 +47,8 @@ public:
             });
         addEditing(shift);
 
-        CLI::App &mark = add("mark", "Add the maker mark, unless the lyric has it.", Commands::mark);
+        CLI::App &mark =
+            add("mark", "Add the maker's name and web address, unless the lyric has them.", Commands::mark);
         addEditing(mark);
 
         CLI::App &compare =
@@ -100,9 +101,8 @@ public:
         options.artist = QString::fromStdString(m_artist);
         options.link = QString::fromStdString(m_link);
         const CLI::App *const chosen = m_app.get_subcommands().front();
-        if (m_lookups.contains(chosen) && m_title.empty() && m_artist.empty() && m_link.empty()) {
+        if (m_lookups.contains(chosen) && m_title.empty() && m_artist.empty() && m_link.empty())
             return usageError(QStringLiteral("a title, an artist or a link is required"), status);
-        }
         if (options.files.contains(QString()) || options.files.count(StandardStream) > 1)
             return usageError(
                 QStringLiteral("FILE: a file name can't be empty, and \"-\" can be given only once"), status);
@@ -135,9 +135,8 @@ private:
             ->expected(least, most)
             ->allow_extra_args(most > least)
             ->type_name("");
-        addEncoding(
-            command, "--encoding", m_encoding,
-            "The encoding of the input. The default is UTF-8, UTF-16 with a byte order mark, or detected.");
+        addEncoding(command, "--encoding", m_encoding,
+                    "The encoding of the input. It is detected by default.");
     }
 
     void addQuery(CLI::App &command)
@@ -192,7 +191,7 @@ private:
     std::string m_link;
     std::string m_outputEncoding;
     Options m_options;
-    bool m_wantsJson = false; // also known when parsing fails
+    bool m_wantsJson = false; // set even when parsing fails
 };
 
 } // namespace

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
-#include "Floor.h"
+#include "Baseline.h"
 
 #include "model/TagScanner.h"
 #include "model/TimeText.h"
@@ -9,7 +9,7 @@
 
 using namespace QVSongLrcPrivate;
 
-namespace Floor {
+namespace Baseline {
 
 Document build(const QString &text)
 {
@@ -79,4 +79,4 @@ QVSongLineList without(const QVSongLineList &lines, const std::vector<qsizetype>
     return kept;
 }
 
-} // namespace Floor
+} // namespace Baseline

@@ -4,9 +4,9 @@
 
 #include <QVSongLrc/QVSongLine.h>
 
-// The same work as the library's in the shortest loops that give the same kind of result, without its
-// interface and its special cases. The benchmarks compare the library with it.
-namespace Floor {
+// The library's work as the shortest loops that give the same kind of result, without its interface and its
+// special cases. The benchmarks compare the library with it.
+namespace Baseline {
 
 struct Line
 {
@@ -24,7 +24,7 @@ struct Document
 };
 
 /// Reads text without properties, and writes it back: finds the tags with the library's scanner, allocates
-/// one shared object a line with its times and a slice of the text, and writes everything once.
+/// one shared object per line with its times and a slice of the text, and writes everything once.
 Document build(const QString &text);
 
 /// Copies \p text line by line from the lines' ranges, and sets the ranges.
@@ -33,4 +33,4 @@ QString copyWithRanges(const QVSongLineList &lines, const QString &text);
 /// The lines that are not at one of \p indexes, which must be sorted.
 QVSongLineList without(const QVSongLineList &lines, const std::vector<qsizetype> &indexes);
 
-} // namespace Floor
+} // namespace Baseline
