@@ -50,7 +50,6 @@ bool isRepeatedEnter(const QEvent *event)
 
 } // namespace
 
-/// The controller's data and steps.
 class QVLyricSearchWndCtl::Private final : public QObject
 {
 public:

@@ -57,14 +57,10 @@ HttpTransfer::HttpTransfer(const QNetworkRequest &request, const std::optional<Q
     m_manager.setProxy(networkProxy()); // otherwise Qt may use a proxy from the environment
     // When Qt follows redirects itself, it sometimes sends a request twice.
     m_request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
-    if (!form) {
+    if (form)
+        send("POST", *form);
+    else
         get(m_request.url());
-        return;
-    }
-    auto *const body = new OneTimeBody(*form);
-    m_reply = m_manager.post(m_request, body);
-    body->setParent(m_reply);
-    watchReply();
 }
 
 HttpTransfer::~HttpTransfer()
@@ -76,7 +72,14 @@ void HttpTransfer::get(const QUrl &url)
 {
     m_request.setUrl(url);
     m_request.setRawHeader("Content-Type", QByteArray());
-    m_reply = m_manager.get(m_request);
+    send("GET", {}); // not QNetworkAccessManager::get(), which repeats a request up to three times
+}
+
+void HttpTransfer::send(const QByteArray &method, const QByteArray &form)
+{
+    auto *const body = new OneTimeBody(form);
+    m_reply = m_manager.sendCustomRequest(m_request, method, body);
+    body->setParent(m_reply);
     watchReply();
 }
 

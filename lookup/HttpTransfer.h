@@ -32,6 +32,7 @@ public:
 
 private:
     void get(const QUrl &url);
+    void send(const QByteArray &method, const QByteArray &form);
     void watchReply();
     void read();
     void finish();

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include <QVSongLrc/QVLyricService.h>
 
+#include <QRegularExpression>
+
 #include <openssl/err.h>
 #include <openssl/pem.h>
 
@@ -41,11 +43,17 @@ QByteArray certificatesIn(const QByteArray &pem)
     const Bio output(BIO_new(BIO_s_mem()), BIO_free);
     // Without a callback OpenSSL asks for the passphrase of an encrypted certificate on the terminal.
     const auto refuseEncrypted = [](char *, int, int, void *) { return -1; };
+    static const QRegularExpression Begin(QStringLiteral("BEGIN (\\w+ )?CERTIFI"),
+                                          QRegularExpression::CaseInsensitiveOption);
+    const qsizetype expected = QString::fromLatin1(pem).count(Begin);
+    qsizetype count = 0;
     ERR_clear_error();
     while (const auto certificate = std::unique_ptr<X509, decltype(&X509_free)>(
-               PEM_read_bio_X509(input.get(), nullptr, refuseEncrypted, nullptr), X509_free))
+               PEM_read_bio_X509(input.get(), nullptr, refuseEncrypted, nullptr), X509_free)) {
         PEM_write_bio_X509(output.get(), certificate.get());
-    const bool isAllRead = ERR_GET_REASON(ERR_peek_last_error()) == PEM_R_NO_START_LINE;
+        ++count;
+    }
+    const bool isAllRead = count == expected && ERR_GET_REASON(ERR_peek_last_error()) == PEM_R_NO_START_LINE;
     ERR_clear_error();
     char *data = nullptr;
     const long size = BIO_get_mem_data(output.get(), &data);
@@ -107,7 +115,8 @@ void QVLyricService::setProxy(const QUrl &url)
 {
     const bool isProxy =
         (url.scheme() == QLatin1StringView("http") || url.scheme() == QLatin1StringView("socks5"))
-        && !url.host().isEmpty() && url.port() > 0;
+        && !url.host().isEmpty() && url.port() > 0 && url.path().size() <= 1 && !url.hasQuery()
+        && !url.hasFragment();
     if (!isProxy && !url.isEmpty())
         throw std::invalid_argument(
             "QVLyricService::setProxy: not an http or socks5 proxy with host and port");

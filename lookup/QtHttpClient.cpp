@@ -11,6 +11,8 @@
 #include <QSslConfiguration>
 #include <QStringEncoder>
 
+#include <algorithm>
+#include <limits>
 #include <stdexcept>
 
 namespace QVSongLrcPrivate {
@@ -22,9 +24,15 @@ QSslConfiguration sslConfiguration()
     QSslConfiguration configuration;
     configuration.setProtocol(QSsl::TlsV1_2OrLater);
     configuration.setPeerVerifyMode(QSslSocket::VerifyPeer);
-    const QByteArray authorities = QVLyricService::certificateAuthorities();
+    // Parsed once for each change: the system's authorities take about 100 ms.
+    static QByteArray parsed;
+    static QList<QSslCertificate> authorities;
+    if (parsed != QVLyricService::certificateAuthorities()) {
+        parsed = QVLyricService::certificateAuthorities();
+        authorities = QSslCertificate::fromData(parsed);
+    }
     if (!authorities.isEmpty()) // else Qt loads the system's authorities on demand
-        configuration.setCaCertificates(QSslCertificate::fromData(authorities));
+        configuration.setCaCertificates(authorities);
     return configuration;
 }
 
@@ -78,7 +86,8 @@ void QtHttpClient::setHeader(const QByteArray &name, const QByteArray &value)
 
 void QtHttpClient::setIdleLimit(std::chrono::milliseconds limit)
 {
-    m_idleLimit = limit;
+    constexpr std::chrono::milliseconds Longest(std::numeric_limits<int>::max()); // what QTimer can measure
+    m_idleLimit = std::clamp(limit, std::chrono::milliseconds(0), Longest);
 }
 
 std::shared_ptr<QVLyricDataTask> QtHttpClient::get(const QUrl &url, Success success, Failure failure)
@@ -97,6 +106,8 @@ std::shared_ptr<QVLyricDataTask> QtHttpClient::start(const QUrl &url, const std:
 {
     if (!url.isValid() || url.scheme() != QLatin1StringView("https") || url.host().isEmpty())
         throw std::invalid_argument("QVLyricHttpClient: not an HTTPS address");
+    if (!success || !failure)
+        throw std::invalid_argument("QVLyricHttpClient: a handler is absent");
     m_request.setUrl(url);
     return std::make_shared<TransferTask>(new HttpTransfer(m_request, form, m_idleLimit, std::move(success),
                                                            std::move(failure), &LookupScope::instance()));

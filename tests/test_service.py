@@ -4,14 +4,16 @@
 """songlrc-service as its clients and its owner meet it."""
 import json
 import os
-import shutil
-import signal
 import socket
+import ssl
+import subprocess
 import tempfile
+import time
 import unittest
 
 from programs import DETAIL, FORM, SEARCH, Service, key, post, run, sealed, wait_until
 
+LONG = "o" * 200
 CHINESE = "[ti:茉莉花]\n[ar:江苏民歌]\n[00:01.00]好一朵美丽的茉莉花\n"
 ODD = "C'est \"la\" (NEAR) * -vie♥|AB/CD"
 
@@ -29,6 +31,16 @@ class ServiceTest(unittest.TestCase):
             "gb.lrc": CHINESE.encode("gb18030"),
             "Harbour - Lantern - Waltz.lrc": "[00:01.00]x\n",
             "No one.lrc": "",
+            "Mr. Brook.lrc": "",
+            " - Pebble.lrc": "",
+            "blank.lrc": "[ti: ]\n[ti:Copper Rain]\n[ar:]\n[ar:Odo]\n",
+            "same.lrc": "[ti:Silver]\n[ar:Odette B]\n",
+            "long.lrc": f"[ti:Wick]\n[ar:{LONG}]\n",
+            "longer.lrc": "[ti:Wicks]\n[ar:B]\n",
+            "thai.lrc": "[ti:ฝนตกที่บ้าน]\n[ar:ก]\n",
+            "mixed.lrc": "[ti:abc中xyz]\n[ar:C]\n",
+            "expands.lrc": "[ti:\ufdfa]\n[ar:D]\n",
+            "limit.lrc": "[ti:Exactly]\n".ljust(1 << 20),
             "odd.lrc": "[ti:%s]\n[ar:%s]\n" % tuple(ODD.split("|")),
             "broken.lrc": b"\xFF\xFE[\0t\0i",
             "binary.lrc": b"[ti:Binary]\0\1\2",
@@ -45,8 +57,9 @@ class ServiceTest(unittest.TestCase):
         full, odd = "ＦＵＬＬ ｶﾗｵｹ|é", [ODD]
         jasmine, mill = "茉莉花|江苏民歌", "Silver Mill|Odette"
         for name, track, artist, expected in (
-            ("shortest first", "silver", "", ["Silver|Odette", mill]),
-            ("exact artist first", "", "odette", ["Silver|Odette", mill, "Straße|Odette B"]),
+            ("shortest first", "silver", "", ["Silver|Odette", "Silver|Odette B", mill]),
+            ("shortest title first", "wick", "", [f"Wick|{LONG}", "Wicks|B"]),
+            ("exact artist first", "", "odette", ["Silver|Odette", mill, "Silver|Odette B", "Straße|Odette B"]),
             ("words in any order", "MILL silver", "", [mill]),
             ("beginning of the last word", "silver mil", "", [mill]),
             ("beginning of another word", "sil mill", "", []),
@@ -63,6 +76,13 @@ class ServiceTest(unittest.TestCase):
             ("not a run of characters", "茉花", "", []),
             ("name of the file", "lantern waltz", "harbour", ["Lantern - Waltz|Harbour"]),
             ("no artist", "no one", "", ["No one|Unknown"]),
+            ("no artist before the dash", "pebble", "", ["- Pebble|Unknown"]),
+            ("dot in the file's name", "brook", "", ["Mr. Brook|Unknown"]),
+            ("blank tags", "copper rain", "odo", ["Copper Rain|Odo"]),
+            ("within a Thai title", "ตกที่", "", ["ฝนตกที่บ้าน|ก"]),
+            ("words beside a Chinese character", "xyz abc", "", ["abc中xyz|C"]),
+            ("character of 18 decomposed ones", "\ufdfa", "", ["\ufdfa|D"]),
+            ("just small enough a file", "exactly", "", ["Exactly|Unknown"]),
             ("through links", "secret", "", []),
             ("unusable files", "binary", "", []),
             ("symbol", "♥", "", odd),
@@ -128,14 +148,17 @@ class ServiceTest(unittest.TestCase):
                 got, reply = self.service.ask(request.encode() if isinstance(request, str) else request)
                 self.assertEqual(got, status)
                 self.assertTrue(reply["code"] > 0 and reply["message"])
+        with self.service.connect() as connection:
+            connection.sendall(f"GET {SEARCH} HTTP/1.1\r\n\r\n".encode())
+            self.assertIn(b"\r\nAllow: POST\r\n", connection.recv(65536))
         self.assertEqual(self.service.search()["code"], 4)
         self.assertTrue(self.service.names("silver"))
 
     def test_serves_nothing_but_the_index(self):
         good = self.service.link("silver")
         for link in ("", "a/1.lrc", self.secret, good[:-1] + ("1" if good[-1] == "0" else "0"), good + "\0", "%", "' OR ''='"):
-            reply = self.service.detail(link)
-            self.assertTrue(reply["code"] == 5 and "result" not in reply, link)
+            status, reply = self.service.ask(post(DETAIL, {"link": link, "apiKey": key()}))
+            self.assertEqual((status, reply["code"], len(reply)), (200, 5, 2), link)
 
     def test_understands_other_clients(self):
         request = post(SEARCH, "track=mill+silver&artist&apiKey=" + key().replace("+", "%2B"),
@@ -169,7 +192,7 @@ class ServiceTest(unittest.TestCase):
             self.assertIn(name, errors)
 
     def test_keeps_its_files_private(self):
-        for name in ("authority-key.pem", "server-key.pem", "index.sqlite"):
+        for name in (".", "authority-key.pem", "server-key.pem", "index.sqlite"):
             self.assertEqual((self.service.data / name).stat().st_mode & 0o077, 0, name)
 
 
@@ -193,12 +216,12 @@ class LifeTest(unittest.TestCase):
 
     def test_starts_again(self):
         file = self.service.library / "1.lrc"
-        time = file.stat().st_mtime_ns
+        modified = file.stat().st_mtime_ns
         with self.service:
             link, authority = self.service.link("one"), self.service.authority.read_bytes()
             self.assertEqual(self.service.stop(), 0)
         file.write_text("[ti:Two]\n[ar:A]\n")  # a change that neither size nor time shows is not read
-        os.utime(file, ns=(time, time))
+        os.utime(file, ns=(modified, modified))
         self.service.write("3.lrc", "[ti:Six]\n[ar:A]\n")
         (self.service.data / "server.pem").write_text("damaged")
         with self.service:
@@ -209,6 +232,28 @@ class LifeTest(unittest.TestCase):
         (self.service.data / "index.sqlite").write_bytes(b"x" * 5000)  # killed above, and damaged
         with self.service:
             self.assertTrue(self.service.link("two"))
+
+    def test_renews_certificates(self):
+        data = self.service.data
+        new_key = "openssl ecparam -name prime256v1 -genkey -noout -out server-key.pem"
+        for name, change, address in (
+            ("expires soon", f"{new_key} && openssl req -new -key server-key.pem -subj /CN=x"
+             " -addext subjectAltName=IP:127.0.0.1,IP:::1,DNS:localhost -out request && openssl x509 -req -in request"
+             " -CA authority.pem -CAkey authority-key.pem -copy_extensions copy -days 20 -out server.pem", "127.0.0.1"),
+            ("another key", new_key, "127.0.0.1"),
+            ("another authority", "rm authority*", "127.0.0.1"),
+            ("another address", "true", "127.0.0.2"),
+        ):
+            with self.subTest(name):
+                with self.service:
+                    old = (data / "server.pem").read_bytes()
+                    self.service.stop()
+                subprocess.run(["sh", "-c", change], cwd=data, check=True, capture_output=True)
+                self.service.options = ["--address", address]
+                with self.service, self.service.connect(address) as connection:
+                    self.assertNotEqual((data / "server.pem").read_bytes(), old)
+                    days = (ssl.cert_time_to_seconds(connection.getpeercert()["notAfter"]) - time.time()) / 86400
+                    self.assertGreater(days, 30)
 
     def test_finishes_requests_when_it_stops(self):
         request = post(SEARCH, {"track": "one", "apiKey": key()})

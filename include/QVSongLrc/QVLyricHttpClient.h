@@ -22,11 +22,10 @@
 ///
 /// Use from the main thread. get() and post() return at once. Later they call exactly one of their two
 /// handlers, exactly once, from the main thread's event loop, and then destroy both. The client may be
-/// destroyed before that. Both handlers must be present.
+/// destroyed before that. An absent handler makes both throw std::invalid_argument, and nothing is sent.
 ///
 /// The library's own client takes HTTPS addresses only; any other makes get() and post() throw
-/// std::invalid_argument, and nothing is sent. It does not call its handlers after the application object has
-/// been destroyed.
+/// std::invalid_argument. It does not call its handlers after the application object has been destroyed.
 class QVSONGLRC_LOOKUP_EXPORT QVLyricHttpClient
 {
 public:
@@ -47,7 +46,8 @@ public:
     /// Sets a header of the requests that are started afterwards.
     virtual void setHeader(const QByteArray &name, const QByteArray &value) = 0;
 
-    /// Sets how long a request may make no progress before it fails with QVLyricError::Timeout; 60 s at first.
+    /// Sets how long a request may make no progress before it fails with QVLyricError::Timeout; 60 s at first. Negative
+    /// values count as 0, and values above 24 days as 24 days.
     virtual void setIdleLimit(std::chrono::milliseconds limit) = 0;
 
     /// Sends a GET request to \p url.

@@ -50,7 +50,7 @@ public:
     /// may hold a user name and a password. Either kind of proxy looks up the service's host name itself. An
     /// empty address removes the proxy.
     ///
-    /// \throws std::invalid_argument when the scheme is neither http nor socks5, or the host or the port is
-    /// missing; nothing changes.
+    /// \throws std::invalid_argument when the scheme is neither http nor socks5, the host or the port is
+    /// missing, or there is a path or a query; nothing changes.
     static void setProxy(const QUrl &url);
 };

@@ -75,7 +75,7 @@ public:
     /// the list itself, not a copy.
     std::shared_ptr<QList<qint64>> retryIndexes() const;
 
-    /// Keeps \p indexes itself, not a copy.
+    /// Keeps \p indexes itself, not a copy. It may be null.
     void setRetryIndexes(std::shared_ptr<QList<qint64>> indexes);
 
     /// The query.
@@ -91,7 +91,7 @@ public:
     ///
     /// A derived class that overrides this function or requestDetail() hides the overload with a context;
     /// `using ZTLyricRequestModel::requestListWithCompletion;` makes it visible again. Both overloads call
-    /// the override.
+    /// the override. An override must keep the model alive until it has called the completion.
     virtual void requestListWithCompletion(ListCompletion completion);
     void requestListWithCompletion(QObject *context, ListCompletion completion);
 

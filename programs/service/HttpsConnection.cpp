@@ -165,7 +165,8 @@ void HttpsConnection::refuse(const ServiceError &error)
     connect(this, &QSslSocket::readyRead, this, [this] { readAll(); });
     const QByteArray body = error.json();
     write("HTTP/1.1 " + QByteArray::number(error.status)
-          + " Refused\r\nContent-Type: application/json\r\n"
+          + " Refused\r\nContent-Type: " + QVSongLrcPrivate::LookupProtocol::JsonType.data()
+          + "\r\n"
             "Connection: close\r\nContent-Length: "
           + QByteArray::number(body.size()) + "\r\n\r\n" + body);
     Q_EMIT refused(error, m_head.first(std::max<qsizetype>(m_head.indexOf("\r\n"), 0)));
