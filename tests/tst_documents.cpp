@@ -269,9 +269,10 @@ private Q_SLOTS:
         QVEditSong edit;
         edit.setAryLines(lines);
         QCOMPARE(lettersOf(edit), u"a(null)"_s);
-        QVERIFY(!edit.isEqual(&edit)); // a null line equals nothing
+        QVERIFY(!edit.isEqual(&edit) && !edit.isEqual(spelled(u"abc"_s))); // a null line equals nothing
         QVPreviewSong preview;
         preview.setAryLines(lines);
+        QVERIFY(edit.aryLines() == lines && preview.aryLines() == lines);
         for (const bool hasTag : {true, false}) {
             QCOMPARE(preview.previewSongTextWithHasTag(hasTag), u"a\n(null)\n"_s);
             QCOMPARE(lines->at(2)->txtRg(), (QVTextRange{2, hasTag ? 6u : 0u})); // intended
