@@ -150,6 +150,9 @@ private Q_SLOTS:
             const auto document = spelled(u"ab"_s);
             document->aryLines()->at(0)->appendTime(a);
             document->aryLines()->at(1)->appendTime(b);
+            document->aryLines()->at(0)->setIsProperty(true);
+            document->aryLines()->at(0)->setPropertyStr(
+                QStringLiteral("Quendle " MAKER_HOST)); // only texts count
             QVERIFY(document->insertCopyrightMark());
             QVTimeList times;
             for (const auto &line : *document->aryLines())
