@@ -5,8 +5,9 @@
 #include <QString>
 
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
+#include <source_location>
+#include <stdexcept>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
 
@@ -19,8 +20,9 @@ inline QString fuzzText(const std::uint8_t *data, std::size_t size)
     return text;
 }
 
-inline void require(bool holds)
+/// Throws if \p holds is false. libFuzzer counts the exception as a crash.
+inline void require(bool holds, std::source_location where = std::source_location::current())
 {
     if (!holds)
-        std::abort();
+        throw std::logic_error(std::string(where.file_name()) + ':' + std::to_string(where.line()));
 }

@@ -1,12 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
-// Both documents read any sequence of code units. Their ranges match their texts, and previews are sorted.
+// Both documents read any code units. Their ranges match their texts, previews are sorted, and a line whose text is
+// a slice of a document's text shows every change, as a line with a text of its own does.
 
 #include "FuzzText.h"
 
 #include <QVSongLrc/QVEditSong.h>
 #include <QVSongLrc/QVPreviewSong.h>
+
+#include <vector>
 
 namespace {
 
@@ -22,6 +25,59 @@ void requireRanges(const QVSongLineList &lines, const QString &text, PartOf part
         require(QVTextRange{range.end(), 1}.sliceOf(text) == u"\n");
     }
     require(at == quint64(text.size()));
+}
+
+void change(QVSongLine &line, std::size_t way)
+{
+    switch (way % 10) {
+    case 0:
+        return line.appendTime(-1'500);
+    case 1:
+        return line.shiftAllTime(6'000'000);
+    case 2:
+        return line.updateWithTimeStr(QStringLiteral("[0:7.0]"), 0);
+    case 3:
+        return line.updateWithTimeStr({}, 0);
+    case 4:
+        return line.aryTimes()->clear();
+    case 5:
+        return line.setAryTimes(nullptr);
+    case 6:
+        return line.setLineText(line.lineText() + u'y');
+    case 7:
+        return line.updateWithText(QStringLiteral("[ti:a]"));
+    case 8:
+        return line.setIsProperty(!line.isProperty());
+    default:
+        line.lineText();
+    }
+}
+
+void requireChangesToShow(QVEditSong &song, std::size_t way)
+{
+    const QVSongLineList &lines = *song.aryLines();
+    std::vector<std::shared_ptr<QVTimeList>> times; // of every second line
+    for (qsizetype i = 0; i < lines.size(); i += 2)
+        times.push_back(lines[i]->aryTimes());
+    song.updateSongText();
+    QString expected;
+    for (qsizetype i = 0; i < lines.size(); ++i, ++way) {
+        QVSongLine own(*lines[i]);
+        own.setLineText(own.lineText());
+        if (i % 2 == 0) {
+            times[std::size_t(i / 2)]->append(0);
+            own.appendTime(0);
+        }
+        require(lines[i]->displayText() == own.displayText());
+        change(*lines[i], way);
+        change(own, way);
+        require(lines[i]->displayText() == own.displayText());
+        expected += own.displayText() + u'\n';
+    }
+    for (int i = 0; i < 2; ++i) {
+        song.updateSongText();
+        require(song.songText() == expected);
+    }
 }
 
 } // namespace
@@ -42,6 +98,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     for (const auto &line : *song.aryLines())
         line->shiftAllTime(qint64(size) * 1'000 - 100'000);
     song.updateSongText();
+    requireRanges(*song.aryLines(), song.songText(), displayText);
+    requireChangesToShow(song, size / sizeof(char16_t));
     requireRanges(*song.aryLines(), song.songText(), displayText);
 
     QVPreviewSong preview;

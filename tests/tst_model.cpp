@@ -1,0 +1,224 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
+// SPDX-License-Identifier: MIT
+#include "Examples.h"
+
+#include <QVSongLrc/QVSongLrc.h>
+
+#include <limits>
+#include <stdexcept>
+
+static_assert(!std::is_convertible_v<const QVSongLine &, QVSongLine>, "lines are not silently copied");
+static_assert(!std::is_copy_assignable_v<QVSongLine>);
+
+static_assert(QVTextRange{2, 3}.end() == 5 && QVTextRange{2, ~0ull}.end() == ~0ull);
+static_assert(QVTextRange{5, 0}.isEmpty() && !QVTextRange{0, 1}.isEmpty());
+static_assert(QVTextRange{1, 1}.sliceOf(u"abc").front() == u'b'
+              && QVTextRange{1, 1}.sliceOf(u"abc").size() == 1);
+static_assert(QVTextRange{2, ~0ull}.sliceOf(u"abc").size() == 1);
+static_assert(QVTextRange{~0ull, ~0ull}.sliceOf(u"abc").isEmpty());
+
+namespace {
+
+constexpr qint64 Max = std::numeric_limits<qint64>::max();
+constexpr qint64 Min = std::numeric_limits<qint64>::min();
+
+using Line = std::shared_ptr<QVSongLine>;
+
+Line makeLine(const QVTimeList &times, const QString &text, const QString &key = {}, bool isProperty = false)
+{
+    auto line = std::make_shared<QVSongLine>();
+    line->setLineText(text);
+    line->setAryTimes(std::make_shared<QVTimeList>(times));
+    line->setPropertyStr(key);
+    line->setIsProperty(isProperty);
+    return line;
+}
+
+// All that a line writes.
+QString shown(const QVSongLine &line)
+{
+    return line.displayText() + u" / "_s + QString::number(line.playTime()) + u" / "_s + line.description();
+}
+
+} // namespace
+
+class TestModel : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void readsTags_data() { addExamples(u"| time tag | time in ms |"_s); }
+    void readsTags()
+    {
+        QFETCH(const QStringList, cells);
+        QCOMPARE(QString::number(QVUtils::getTimeInterval(cells[0])), cells[1]);
+    }
+
+    void readsExtremeTags()
+    {
+        const std::pair<qint64, QStringList> rows[] = {
+            {0, {u"[\u200b1:\u20602]"_s, u"[0:0.0…9]"_s}},
+            {1'500, {u"[0:0…1.5]"_s, u"[0:1.50…9]"_s}},
+            {62'500, {u"[ \t\u3000\u00851: \u00852.5]"_s}},
+            {968'129'887, {u"[0:968129.8879999999]"_s}}, // more digits than a double holds
+            {123'456'789'012, {u"[0:123456789.012345]"_s}},
+            {9'007'199'254'740'992'000, {u"[0:9007199254740993]"_s}},
+            {-9'007'199'254'740'992'000, {u"[0:-9007199254740993]"_s}},
+            {Max, {u"[9…:0]"_s, u"[0:9…]"_s, u"[0:9223372036854776]"_s, u"[153722867280912:55.807]"_s}},
+            {Min, {u"[-9…:0]"_s, u"[0:-9…]"_s, u"[0:-9999999999999999]"_s, u"[-153722867280913:0]"_s}},
+            {-Max, {u"[-153722867280912:-55.807]"_s}},
+            {-1, {u"[9…:-9…]"_s}},
+        };
+        for (const auto &[milliseconds, tags] : rows) {
+            for (QString tag : tags) {
+                tag.replace(u"0…"_s, QString(400, u'0')).replace(u"9…"_s, QString(400, u'9'));
+                QCOMPARE(std::pair(tag, QVUtils::getTimeInterval(tag)), std::pair(tag, milliseconds));
+            }
+        }
+        for (const QString &tag : {QString(), u"["_s})
+            QVERIFY_THROWS_EXCEPTION(std::out_of_range, QVUtils::getTimeInterval(tag));
+    }
+
+    void writesTimes_data() { addExamples(u"| time in ms | time tag |"_s); }
+    void writesTimes()
+    {
+        QFETCH(const QStringList, cells);
+        QCOMPARE(QVUtils::getTimeIntervalPeerStr(cells[0].toLongLong()), cells[1]);
+        QCOMPARE(u'[' + QVUtils::getTimeIntervalMMSSMSStr(cells[0].toLongLong()) + u']', cells[1]);
+    }
+
+    void recognisesTags()
+    {
+        for (const QString &text : {u"[01:02.03]"_s, u"xx [1:2.3] yy"_s, u"[01:02:03]"_s})
+            QVERIFY2(QVUtils::isTimeString(text) && !QVUtils::isPropertyString(text), qPrintable(text));
+        for (const QString &text : {u"[ar:Artist]"_s, u"[ti:]"_s, u"  [al:x]"_s, u"x[ar:A\n]"_s})
+            QVERIFY2(!QVUtils::isTimeString(text) && QVUtils::isPropertyString(text), qPrintable(text));
+        for (const QString &text :
+             {QString(), u"[01:02]"_s, u"01:02.03"_s, u"[AR:x]"_s, u"[a:b]"_s, u"[ar:x"_s})
+            QVERIFY2(!QVUtils::isTimeString(text) && !QVUtils::isPropertyString(text), qPrintable(text));
+    }
+
+    // Quadratic time would take hours: the test would end at its time limit.
+    void takesLinearTime()
+    {
+        for (const QString &piece : {u" "_s, u"[aa:"_s, u"[00:00.0"_s, u"["_s, u"]["_s}) {
+            const QString text = piece.repeated(2'000'000);
+            QVERIFY(!QVUtils::isPropertyString(text) && !QVUtils::isTimeString(text));
+        }
+    }
+
+    void version()
+    {
+        QCOMPARE(QVSongLrcVersionNumber, 1.0);
+        QCOMPARE(QVSongLrcVersionString, "@(#)PROGRAM:QVSongLrc  PROJECT:QVSongLrc-1\n");
+    }
+
+    void writesItself()
+    {
+        QCOMPARE(shown(QVSongLine()), u"(null) / 0 / 0 | {0, 0} | (null)\n"_s);
+        const std::pair<Line, QString> rows[] = {
+            {QVSongLine::emptyLine(), u" / 0 / 0 | {5, 6} | \n"_s},
+            {makeLine({}, {}, {}, true), u"[(null):(null)] / 0 / 0 | {5, 6} | (null)\n"_s},
+            {makeLine({9}, u"A"_s, u"ar"_s, true), u"[ar:A] / 0.009 / 9 | {5, 6} | A\n"_s},
+            {makeLine({12'340}, u"%1"_s), u"[00:12.34]%1 / 12.34 / 12340 | {5, 6} | %1\n"_s},
+            {makeLine({72'500, -9}, u"x"_s), u"[01:12.50][00:00.00]x / 72.5 / 72500 |-9 | | {5, 6} | x\n"_s},
+        };
+        for (const auto &[line, expected] : rows) {
+            line->setTxtRg({5, 6});
+            QVSongLine copy(*line);
+            QCOMPARE(shown(copy), expected);
+            copy.appendTime(7);
+            QCOMPARE(shown(*line), expected);
+        }
+    }
+
+    void comparesByValue()
+    {
+        const Line lines[] = {makeLine({1'000, 2'000}, u"x"_s),    makeLine({2'000, 1'000}, u"x"_s),
+                              makeLine({1'000}, u"x"_s),           makeLine({}, u"\u00e9"_s),
+                              makeLine({}, u"e\u0301"_s),          makeLine({}, u"x"_s, u"ar"_s),
+                              makeLine({}, u"x"_s, u"ar"_s, true), makeLine({}, u"x"_s, u"ti"_s, true),
+                              makeLine({}, u"y"_s, u"ar"_s, true), QVSongLine::emptyLine()};
+        for (const Line &line : lines) {
+            for (const Line &other : lines)
+                QCOMPARE(line->isEqual(std::make_shared<QVSongLine>(*other)), line == other);
+            QVERIFY(!line->isEqual(nullptr));
+        }
+        QVERIFY(makeLine({5}, u"x"_s, u"ar"_s, true)->isEqual(makeLine({}, u"x"_s, u"ar"_s, true)));
+        lines[0]->setTxtRg({1, 2});
+        QVERIFY(lines[0]->isEqual(makeLine({1'000, 2'000}, u"x"_s, u"ti"_s)));
+        for (const Line &absent :
+             {makeLine({}, {}), makeLine({}, u"x"_s, {}, true), makeLine({}, {}, u"ar"_s, true)})
+            QVERIFY(!absent->isEqual(absent));
+    }
+
+    void shiftsTimes()
+    {
+        const std::tuple<QVTimeList, qint64, QVTimeList> rows[] = {
+            {{3'000, 8'000, -7}, -5'000, {0, 3'000, 0}},
+            {{3'000, -1'500, -5}, 6, {3'006, 0, 1}},
+            {{0, 5, Max, Min}, Max, {Max, Max, Max, 0}},
+            {{0, 5, Max, Min}, Min, {0, 0, 0, 0}},
+        };
+        for (const auto &[times, by, shifted] : rows) {
+            const Line line = makeLine(times, {});
+            line->shiftAllTime(by);
+            QCOMPARE(*line->aryTimes(), shifted);
+            line->setIsProperty(true);
+            line->shiftAllTime(1);
+            QCOMPARE(*line->aryTimes(), shifted);
+        }
+    }
+
+    void takesTypedText_data() { addExamples(u"| typed | written back |"_s); }
+    void takesTypedText()
+    {
+        QFETCH(const QStringList, cells);
+        const Line line = makeLine({9}, u"old"_s, u"re"_s, true);
+        line->updateWithText(cells[0]);
+        QCOMPARE(line->displayText(), cells[1]);
+        QCOMPARE(line->propertyStr() == u"re"_s, !line->isProperty());
+        const Line lyric = makeLine({9}, u"old"_s);
+        lyric->updateWithText(cells[0]);
+        QCOMPARE(lyric->displayText(), u"[00:00.00]"_s + cells[0]);
+    }
+
+    void takesTypedTimes()
+    {
+        const Line line = makeLine({1'000, 5'000}, {});
+        for (const qint64 index : {qint64(2), qint64(-1), Max, Min})
+            line->updateWithTimeStr(u"["_s, index);
+        QVERIFY_THROWS_EXCEPTION(std::out_of_range, line->updateWithTimeStr(u"["_s, 0));
+        QCOMPARE(*line->aryTimes(), (QVTimeList{1'000, 5'000}));
+        line->updateWithTimeStr(u"[00:02.03]"_s, 1);
+        line->updateWithTimeStr({}, 0);
+        QCOMPARE(*line->aryTimes(), QVTimeList{2'029});
+    }
+
+    void sharesItsTimes()
+    {
+        Line a = makeLine({1}, {});
+        Line b = makeLine({4}, {});
+        b->setAryTimes(a->aryTimes());
+        a->appendTime(2);
+        b->shiftAllTime(10);
+        QCOMPARE(*a->aryTimes(), (QVTimeList{11, 12}));
+        b->setAryTimes(nullptr);
+        b->appendTime(5);
+        QCOMPARE(*b->aryTimes(), QVTimeList{5});
+        QCOMPARE(a->aryTimes()->size(), 2);
+
+        // Lines that swap their lists do not keep each other alive, and a list may outlive its line.
+        const auto times = a->aryTimes();
+        a->setAryTimes(b->aryTimes());
+        b->setAryTimes(times);
+        const std::weak_ptr<QVSongLine> lines[] = {a, b};
+        a.reset();
+        b.reset();
+        QVERIFY(lines[0].expired() && lines[1].expired());
+        QCOMPARE(*times, (QVTimeList{11, 12}));
+    }
+};
+
+QTEST_APPLESS_MAIN(TestModel)
+#include "tst_model.moc"
