@@ -41,6 +41,7 @@ class SonglrcTest(unittest.TestCase):
              "[ti:T]\n[153722867280912:55.80][153722867280912:55.80]x\r\nplain\n"),
             ("mark", "mark", "[00:01.00]a\n[00:05.00]b",
              "[00:01.00]a\n[00:01.30]Maker Tool: Quendle\n[00:01.70]https://www.quendle.example\n[00:05.00]b\n"),
+            ("format characters", "parse", "a\u202eb", "    0  plain     a\ufffdb\n"),
             ("half a surrogate pair", "format", "[ti:a🎵:b]", "[ti:a\ufffd]\n"),
             ("empty", "format", "", ""),
             ("parse to JSON", "parse --json", "[ti:a🎵:b]\n[01:02.50][00:01.00]'x\"\\\t\x01\n",
@@ -49,12 +50,12 @@ class SonglrcTest(unittest.TestCase):
              '"displayText":"[ti:a\\ud83c]"},'
              '{"isProperty":false,"propertyStr":null,"aryTimes":[62500,1000],"lineText":"\'x\\"\\\\\\t\\u0001",'
              '"txtRg":[8,26],"playTime":62.5,"displayText":"[01:02.50][00:01.00]\'x\\"\\\\\\t\\u0001"}]}\n'),
-            ("preview to JSON", "preview --json --no-tags", "[ti:T]\n[00:00.10]x",
-             '{"file":"-","text":"x\\nT\\n","lines":['
-             '{"isProperty":false,"propertyStr":null,"aryTimes":[100],"lineText":"x","txtRg":[0,1],"playTime":0.1,'
-             '"displayText":"[00:00.10]x"},'
-             '{"isProperty":true,"propertyStr":"ti","aryTimes":[200],"lineText":"T","txtRg":[2,1],"playTime":0.2,'
-             '"displayText":"[ti:T]"}]}\n'),
+            ("preview to JSON", "preview --json --no-tags", "[ti:T]\n[20:02.03]\t",
+             '{"file":"-","text":"T\\n\\t\\n","lines":['
+             '{"isProperty":true,"propertyStr":"ti","aryTimes":[200],"lineText":"T","txtRg":[0,1],"playTime":0.2,'
+             '"displayText":"[ti:T]"},'
+             '{"isProperty":false,"propertyStr":null,"aryTimes":[1202029],"lineText":"\\t","txtRg":[2,1],'
+             '"playTime":1202.029,"displayText":"[20:02.02]\\t"}]}\n'),
         ):
             with self.subTest(name):
                 result = songlrc(*arguments.split(), "-", stdin=text.encode())
@@ -83,6 +84,8 @@ class SonglrcTest(unittest.TestCase):
             ("no host", 2, [*search, "--service", "a b"], b""),
             ("port 0", 2, [*search, "--service", "a:0"], b""),
             ("port 65536", 2, [*search, "--service", "a:65536"], b""),
+            ("user before the host", 2, [*search, "--service", "u@a"], b""),
+            ("artist alone", 3, ["search", "--artist", "x", "--service", "127.0.0.1:1"], b""),
             ("path behind the host", 2, [*search, "--service", "a/b"], b""),
             ("no authority", 3, [*search, "--ca-file", "/nowhere"], b""),
             ("authority without certificate", 3, [*search, "--ca-file", "/dev/null"], b""),
@@ -103,6 +106,8 @@ class SonglrcTest(unittest.TestCase):
                 result = songlrc(*arguments, stdin=stdin)
                 self.assert_error(result, status)
                 self.assertEqual(result.stdout, b"")
+        self.assertIn(b"PEM", songlrc(*search, "--ca-file", "/dev/null").stderr)
+        self.assertEqual(json.loads(songlrc("search", "--json").stdout)["error"]["code"], 2)
         self.assertTrue(pathlib.Path("/dev/full").is_char_device(), "the device was replaced by a file")
 
     def test_compares(self):
@@ -159,6 +164,7 @@ class SonglrcTest(unittest.TestCase):
                 self.assertEqual(song.read_bytes(), content)
 
     def test_converts_encodings(self):
+        self.assertEqual(songlrc("format", "-", stdin="\ufeffé".encode("utf-16-le")).stdout, "é\n".encode())
         for source, target, text, expected in (
             ("koi8-r", "cp1251", "[ti:Песня]".encode("koi8-r"), "[ti:Песня]\n".encode("cp1251")),
             ("utf-8", "utf-16", b"x", b"\xff\xfex\0\n\0"),
@@ -211,12 +217,15 @@ class LookupTest(unittest.TestCase):
             ("good", "fetch", 0, "text"),
             ("good", "fetch --link 2", 0, "text"),
             ("no lyric", "fetch --link 2", 1, ""),
+            ("empty lyric", "fetch --link 2", 0, ""),
+            ("lyric with half a surrogate pair", "fetch --link 2", 0, "\ufffdx"),
+            ("refused without a message", "search", 1, ""),
             ("closed without a word", "search", 3, ""),
         ):
             with self.subTest(title, arguments=arguments):
                 result = songlrc(*arguments.split(), "--title", title, *self.options())
                 self.assertEqual((result.stdout.decode(), result.returncode), (output, status))
-                self.assertEqual(result.stderr.count(b"\n"), 1 if status else 0)
+                self.assertRegex(result.stderr.decode(), r"\Asonglrc: .+\n\Z" if status else r"\A\Z")
 
     def test_ends_on_interrupt(self):
         with tempfile.TemporaryDirectory() as folder:
