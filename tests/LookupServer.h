@@ -44,6 +44,9 @@ public:
     }
     ~LookupServer()
     {
+        shutdown(m_socket, SHUT_WR);
+        while (read(0)) {
+        }
         close(m_socket);
         waitpid(m_process, nullptr, 0);
     }
@@ -65,10 +68,11 @@ public:
         return containing;
     }
 
-    /// Runs the event loop until the server has received \p count requests; false when that takes more than 20 s.
-    bool waitForRequests(qsizetype count)
+    /// Runs the event loop until the server has received \p count requests that contain \p part; false when that takes
+    /// more than 20 s.
+    bool waitForRequests(qsizetype count, const QByteArray &part = {})
     {
-        return QTest::qWaitFor([this, count] { return requests().size() >= count; }, 20'000);
+        return QTest::qWaitFor([&] { return requests(part).size() >= count; }, 20'000);
     }
 
     /// Answers the held request \p number; the first is 1.
