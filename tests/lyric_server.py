@@ -3,7 +3,7 @@
 # SPDX-License-Identifier: MIT
 """A lyric service over TLS on loopback that misbehaves on request, for the tests of the lookup.
 
-A search chooses its reply by its title: the form's "track" is the name of a route below. Any other request is held
+A search chooses its reply by its title: the form's "track" is the name of a route below or an HTTP status. Any other request is held
 until standard input has a line such as {"reply": 1, "body": "...", "status": "200 OK"}, where 1 is the first request.
 
 The arguments name the ports to open (see PORTS). The first line of standard output has their numbers and the
@@ -69,10 +69,6 @@ ROUTES = {
     "broken packing": (packed(b"nothing packed"), KEEP),
     "201": (whole(GOOD, "201 Created", "Location: /x\r\n"), KEEP),
     "204": (b"HTTP/1.1 204 No Content\r\n\r\n", CLOSE),
-    "300 without an address": (whole(GOOD, "300 Multiple Choices"), KEEP),
-    "401": (whole(GOOD, "401 No", 'WWW-Authenticate: Basic realm="x"\r\n'), KEEP),
-    "404": (whole(GOOD, "404 Not Found"), KEEP),
-    "500": (whole(GOOD, "500 Oh"), KEEP),
 }
 # Status, address of the next hop (PORT is the server's, N names the hop), number of hops.
 REDIRECTS = {
@@ -171,6 +167,8 @@ class Server:
             address = address.replace("PORT", str(client.getsockname()[1]))
             address = address.replace("N", f"{hop + 1}/{urllib.parse.quote(route)}")
             first, then = whole(b"moved", status, f"Location: {address}\r\n") if hop < hops else whole(GOOD), KEEP
+        elif route and route.isdigit():
+            first, then = whole(GOOD, route + " No", 'WWW-Authenticate: Basic realm="x"\r\n'), KEEP
         else:
             reply = order.get()
             first, then = whole(reply["body"].encode(), reply["status"]), KEEP

@@ -76,8 +76,8 @@ struct CannedClient : QVLyricHttpClient
 
 struct CannedModel : Model
 {
-    explicit CannedModel(const QJsonObject &params = query(u"title"_s))
-        : Model(params)
+    CannedModel()
+        : Model(query(u"title"_s))
     {
     }
     std::shared_ptr<QVLyricHttpClient> afPostMgr() const override { return client; }
@@ -118,14 +118,14 @@ private Q_SLOTS:
 
     void refusesEmptyQueries()
     {
-        const std::tuple<QJsonValue, QJsonValue, bool> rows[] = {{{}, {}, false},
-                                                                 {u""_s, u""_s, false},
-                                                                 {5, QJsonValue::Undefined, false},
-                                                                 {u"x"_s, QJsonValue::Undefined, true},
-                                                                 {u""_s, u"x"_s, true}};
-        for (const auto &[track, artist, isSent] : rows) {
-            const auto model = std::make_shared<CannedModel>(
-                QJsonObject{{Key_Lyric_Trackname, track}, {Key_Lyric_Artist, artist}});
+        const std::pair<QJsonObject, bool> rows[] = {{{}, false},
+                                                     {{{u"track"_s, u""_s}, {u"artist"_s, u""_s}}, false},
+                                                     {{{u"track"_s, 5}, {u"artist"_s, {}}}, false},
+                                                     {{{u"track"_s, u"x"_s}}, true},
+                                                     {{{u"artist"_s, u"x"_s}}, true}};
+        for (const auto &[params, isSent] : rows) {
+            const auto model = std::make_shared<CannedModel>();
+            model->setReqParams(params);
             events.clear();
             model->requestListWithCompletion(recorder());
             model->requestWithCompletion(recorder());
@@ -180,7 +180,7 @@ private Q_SLOTS:
             {{R"({"result":{"lyric":""}})"}, nothing, u"\"\""_s},
             {{R"({"result":{"lyric":"[00:01.00]x\n歌"}})"}, nothing, u"\"[00:01.00]x\n歌\""_s},
             {{"\xef\xbb\xbf\n " + Good + "\r\n"}, u"0 of 1"_s, u"\"text\""_s},
-            {{R"({"results":[{"track":"x","artist":"x"},{"track":"title","artist":"x"}]})"},
+            {{R"({"results":[{"track":"x"},{"track":"x","artist":"x"},{"track":"title","artist":" "}]})"},
              u"1 of 2"_s,
              u""_s},
         };
@@ -285,14 +285,14 @@ private Q_SLOTS:
         QCOMPARE(events, (QStringList{u"first"_s, Cancelled, Cancelled, u"second"_s, u"end"_s, Dealloced}));
     }
 
+    // As when a completion runs an event loop.
     void completionsMayDeleteTheirTransfer()
     {
         for (const auto &[route, count] : {std::pair(u"two songs"_s, 2), std::pair(u"404"_s, 3)}) {
             events.clear();
             Model::initWithReqParams(query(route))
                 ->requestWithCompletion([record = recorder()](const auto &...answer) {
-                    QCoreApplication::sendPostedEvents(nullptr,
-                                                       QEvent::DeferredDelete); // as an event loop does
+                    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
                     record(answer...);
                 });
             QVERIFY(isOver());
@@ -305,7 +305,8 @@ private Q_SLOTS:
     // The comparison of this reply would take a minute.
     void endsWhileItReadsAReply()
     {
-        const auto model = std::make_shared<CannedModel>(query(QString(1'000'000, u'b')));
+        const auto model = std::make_shared<CannedModel>();
+        model->setReqParams(query(QString(1'000'000, u'b')));
         model->client->body.replace("\"T\"", '"' + QByteArray(1'000'000, 'a') + '"');
         model->requestListWithCompletion(recorder());
         QCoreApplication::processEvents(); // the reply arrives

@@ -55,11 +55,6 @@ class TestLyricTransport : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        for (const char *const variable : {"https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY"})
-            qputenv(variable, "http://127.0.0.1:1"); // must not be used
-    }
     void init() { QVLyricService::setEndpoint(u"127.0.0.1"_s, m_server.port()); }
 
     void handshakes()
@@ -71,15 +66,7 @@ private Q_SLOTS:
         }
         const LookupServer server("TLS 1.2 only");
         QVERIFY(endsAs(body(77), "good"));
-    }
-
-    void failsWithoutTls()
-    {
-        QTcpServer silent; // the kernel accepts the connection
-        silent.listen(QHostAddress::LocalHost);
-        QVLyricService::setEndpoint(u"127.0.0.1"_s, silent.serverPort());
-        QVERIFY(endsAs(failure(Error::Timeout), "good", 300ms));
-        silent.close();
+        QVLyricService::setEndpoint(u"127.0.0.1"_s, 1); // nobody listens there
         QVERIFY(endsAs(failure(Error::Unreachable), "good"));
     }
 
@@ -136,7 +123,8 @@ private Q_SLOTS:
             {body(77), {"a length that is no number", "packed", "201"}},
             {body(0), {"204"}},
             {body(87), {"trickles"}},
-            {failure(Error::HttpStatus, 300, status300), {"300 without an address"}},
+            {failure(Error::HttpStatus, 300, status300), {"300"}},
+            {failure(Error::HttpStatus, 400), {"400"}},
             {failure(Error::HttpStatus, 401), {"401"}},
             {failure(Error::HttpStatus, 404), {"404"}},
             {failure(Error::HttpStatus, 500), {"500"}},
