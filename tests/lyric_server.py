@@ -142,6 +142,7 @@ class Server:
             run(self.serve, listener.accept()[0], context)
 
     def serve(self, connection, context):
+        connection.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
         try:
             with context.wrap_socket(connection, server_side=True) as client:
                 while request := read(client):

@@ -135,6 +135,8 @@ private Q_SLOTS:
                     const QString added = randomText(random, random.bounded(3), alphabet);
                     text.replace(random.bounded(text.size() + 1), random.bounded(3), added);
                 }
+                if (random.bounded(3) == 0) // shifted
+                    text = text.mid(count) + randomText(random, count, alphabet);
                 candidates += {{Key_Lyric_Trackname, text}, {Key_Lyric_Artist, u"a"_s}, {u"link"_s, count}};
                 text += u'a';
                 const float right = score(text, query);

@@ -10,6 +10,7 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
+#include <QDir>
 #include <QEventLoop>
 #include <QTimer>
 
@@ -288,6 +289,8 @@ private Q_SLOTS:
     // As when a completion runs an event loop.
     void completionsMayDeleteTheirTransfer()
     {
+        const QDir descriptors(u"/proc/self/fd"_s); // open while a transfer exists
+        qsizetype open = 0;
         for (const auto &[route, count] : {std::pair(u"two songs"_s, 2), std::pair(u"404"_s, 3)}) {
             events.clear();
             Model::initWithReqParams(query(route))
@@ -298,6 +301,8 @@ private Q_SLOTS:
             QVERIFY(isOver());
             QCOMPARE(events.size(), count); // the failure is logged, too
             QCOMPARE(events.last(), Dealloced);
+            open = open ? open : descriptors.entryList(QDir::System).size();
+            QTRY_VERIFY_WITH_TIMEOUT(descriptors.entryList(QDir::System).size() <= open, 20'000);
         }
         QVERIFY(m_server.requests("track=two%20songs").value(1).contains("&link=2&"));
     }

@@ -194,8 +194,8 @@ private Q_SLOTS:
         EncryptionTools::setSharedEncryptionTools(nullptr);
         model->afPostMgr()->get(QVLyricService::url(u"/x"_s), ignore, ignore);
         QVERIFY(server.waitForRequests(1, "GET /x HTTP/1.1\r\n"));
-        const QUrl unsafe(u"http://127.0.0.1/"_s);
-        QVERIFY_THROWS_EXCEPTION(std::invalid_argument, model->afPostMgr()->get(unsafe, ignore, ignore));
+        for (const QUrl &url : {QUrl(u"http://127.0.0.1/"_s), QUrl(u"https:///x"_s), QUrl()})
+            QVERIFY_THROWS_EXCEPTION(std::invalid_argument, model->afPostMgr()->get(url, ignore, ignore));
     }
 
 private:
