@@ -345,7 +345,7 @@ private Q_SLOTS:
 
         const QUrl proxy(u"socks5://[::1]:1080"_s);
         QVLyricService::setProxy(proxy);
-        for (const char *url : {"https://a:1", "http://a", "http://:1", "a:1", "http://a b:1"})
+        for (const char *url : {"https://a:1", "http://a", "http://a:0", "http://:1", "a:1", "http://a b:1"})
             QVERIFY_THROWS_EXCEPTION(std::invalid_argument,
                                      QVLyricService::setProxy(QUrl(QString::fromLatin1(url))));
         QCOMPARE(QVLyricService::proxy(), proxy);

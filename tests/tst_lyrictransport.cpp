@@ -3,6 +3,7 @@
 #include "LookupServer.h"
 
 #include <QVSongLrc/EncryptionTools.h>
+#include <QVSongLrc/QVLrcUtils.h>
 #include <QVSongLrc/QVLyricHttpClient.h>
 #include <QVSongLrc/QVSongLrcConstants.h>
 #include <QVSongLrc/ZTLyricRequestModel.h>
@@ -191,7 +192,9 @@ private Q_SLOTS:
                  {"Content-Type: application/x-www-form-urlencoded", "Accept: application/json"})
                 QCOMPARE(request.first(bodyAt).count("\r\n"_ba + header + "\r\n"), 1);
         }
-        EncryptionTools::setSharedEncryptionTools(nullptr);
+        QVERIFY(!QVLrcUtils::generateLyricApiKey().isNull());
+        EncryptionTools::setSharedEncryptionTools(nullptr); // the default again
+        QVERIFY(!QVLrcUtils::generateLyricApiKey().isEmpty());
         model->afPostMgr()->get(QVLyricService::url(u"/x"_s), ignore, ignore);
         QVERIFY(server.waitForRequests(1, "GET /x HTTP/1.1\r\n"));
         for (const QUrl &url : {QUrl(u"http://127.0.0.1/"_s), QUrl(u"https:///x"_s), QUrl()})
