@@ -3,16 +3,17 @@
 # SPDX-License-Identifier: MIT
 """A lyric service over TLS on loopback that misbehaves on request, for the tests of the lookup.
 
-A search chooses what happens by its title: the form's "track" names a route below. A request with any other title is
-held until standard input answers it with a line such as {"reply": 1, "body": "...", "status": "200 OK"}; requests are
-counted from 1.
+A search chooses its reply by its title: the form's "track" is the name of a route below or an HTTP status. Any other request is held
+until standard input has a line such as {"reply": 1, "body": "...", "status": "200 OK"}, where 1 is the first request.
 
-The first line of standard output has the ports and the authority's certificate; each request then makes a line. The
-server ends when standard input does.
+The arguments name the ports to open (see PORTS). The first line of standard output has their numbers and the
+authority's certificate; each request makes another line. The server ends when standard input does.
 """
 import itertools
 import json
 import os
+import pathlib
+import queue
 import socket
 import ssl
 import subprocess
@@ -28,6 +29,7 @@ GOOD = b'{"results":[{"track":"T","artist":"A","link":"1"}],"result":{"lyric":"t
 TWO = b'{"results":[{"track":"Other","artist":"B","link":"1"},{"track":"two songs","artist":"A","link":"2"}]}'
 LIMIT = 16 * 1024 * 1024
 SPACE = b" " * 65536
+KEEP, CLOSE, TRICKLE = range(3)  # what to do after the first bytes
 
 
 def whole(body, status="200 OK", headers=""):
@@ -38,50 +40,41 @@ def packed(body):
     return whole(body, headers="Content-Encoding: deflate\r\n")
 
 
-# Sent before the connection is closed.
-CLOSED = {
-    "closed without a word": b"",
-    "cut in the headers": b"HTTP/1.1 200 OK\r\nContent-Le",
-    "cut in the body": OK + b"Content-Length: 1000\r\n\r\n" + GOOD,
-    "cut in a chunk": OK + b"Transfer-Encoding: chunked\r\n\r\n40\r\n{",
-    "no HTTP": b"SSH-2.0-x\r\n\r\n",
-    "a length that is too short": OK + b"Content-Length: 10\r\n\r\n" + GOOD,
-    "a length that is no number": OK + b"Content-Length: x\r\nConnection: close\r\n\r\n" + GOOD,
-    "204": b"HTTP/1.1 204 No Content\r\n\r\n",
-}
-# Sent before the connection stays open and silent.
-STALLED = {
-    "good": whole(GOOD),
-    "two songs": whole(TWO),
-    "nothing found": whole(b'{"results":[]}'),
-    "refused": whole(b'{"code":5,"message":"no"}'),
-    "no lyric": whole(b'{"result":{}}'),
-    "empty lyric": whole(b'{"result":{"lyric":""}}'),
-    "lyric with half a surrogate pair": whole(b'{"result":{"lyric":"\\udfb5x"}}'),
-    "refused without a message": whole(b'{"code":5}'),
-    "stalls at once": b"",
-    "stalls in the body": OK + b"Content-Length: 1000\r\n\r\n{",
-    "16 MiB, most of it white space": whole(GOOD.ljust(LIMIT)),
-    "one byte more than 16 MiB": whole(GOOD.ljust(LIMIT + 1)),
-    "16 MiB of brackets": whole(b"[" * LIMIT),
-    "packed": packed(zlib.compress(GOOD)),
-    "packed 64 MiB": packed(zlib.compress(b" " * 4 * LIMIT, 9)),
-    "broken packing": packed(b"nothing packed"),
-    "201": whole(GOOD, "201 Created", "Location: /x\r\n"),
-    "300 without an address": whole(GOOD, "300 Multiple Choices"),
-    "401": whole(GOOD, "401 No", 'WWW-Authenticate: Basic realm="x"\r\n'),
-    "404": whole(GOOD, "404 Not Found"),
-    "500": whole(GOOD, "500 Oh"),
-}
-# The first is sent once, the second over and over.
-ENDLESS = {
+# What a route sends first (large replies are made when they are wanted), and what it does then: bytes are sent over
+# and over.
+ROUTES = {
+    "good": (whole(GOOD), KEEP),
+    "two songs": (whole(TWO), KEEP),
+    "nothing found": (whole(b'{"results":[]}'), KEEP),
+    "refused": (whole(b'{"code":5,"message":"no"}'), KEEP),
+    "no lyric": (whole(b'{"result":{}}'), KEEP),
+    "empty lyric": (whole(b'{"result":{"lyric":""}}'), KEEP),
+    "lyric with half a surrogate pair": (whole(b'{"result":{"lyric":"\\udfb5x"}}'), KEEP),
+    "refused without a message": (whole(b'{"code":5}'), KEEP),
+    "closed without a word": (b"", CLOSE),
+    "cut in the headers": (b"HTTP/1.1 200 OK\r\nContent-Le", CLOSE),
+    "cut in the body": (OK + b"Content-Length: 1000\r\n\r\n" + GOOD, CLOSE),
+    "cut in a chunk": (OK + b"Transfer-Encoding: chunked\r\n\r\n40\r\n{", CLOSE),
+    "no HTTP": (b"SSH-2.0-x\r\n\r\n", CLOSE),
+    "a length that is too short": (OK + b"Content-Length: 10\r\n\r\n" + GOOD, CLOSE),
+    "a length that is no number": (OK + b"Content-Length: x\r\nConnection: close\r\n\r\n" + GOOD, CLOSE),
+    "a length beyond counting": (OK + b"Content-Length: 9223372036854775807\r\n\r\n", SPACE),
+    "stalls at once": (b"", KEEP),
+    "stalls in the body": (OK + b"Content-Length: 1000\r\n\r\n{", KEEP),
+    "trickles": (OK + b"Connection: close\r\n\r\n" + GOOD, TRICKLE),
     "headers without end": (OK, b"A: " + b"a" * 4096 + b"\r\n"),
     "body without end": (OK + b"Connection: close\r\n\r\n", SPACE),
     "chunks without end": (OK + b"Transfer-Encoding: chunked\r\n\r\n", b"10000\r\n" + SPACE + b"\r\n"),
-    "a length beyond counting": (OK + b"Content-Length: 9223372036854775807\r\n\r\n", SPACE),
+    "16 MiB, most of it white space": (lambda: whole(GOOD.ljust(LIMIT)), KEEP),
+    "one byte more than 16 MiB": (lambda: whole(GOOD.ljust(LIMIT + 1)), KEEP),
+    "packed": (packed(zlib.compress(GOOD)), KEEP),
+    "packed 64 MiB": (lambda: packed(zlib.compress(b" " * 4 * LIMIT)), KEEP),
+    "broken packing": (packed(b"nothing packed"), KEEP),
+    "201": (whole(GOOD, "201 Created", "Location: /x\r\n"), KEEP),
+    "204": (b"HTTP/1.1 204 No Content\r\n\r\n", CLOSE),
 }
-# Status, address of the next hop (PORT is the server's port, N the number of the hop), number of hops.
-REDIRECTED = {
+# Status, address of the next hop (PORT is the server's, N names the hop), number of hops.
+REDIRECTS = {
     "five redirects": ("301 Moved", "https://127.0.0.1:PORT/N", 5),
     "six redirects": ("302 Found", "/N", 6),
     "see other": ("303 See Other", "/N", 1),
@@ -90,102 +83,109 @@ REDIRECTED = {
     "redirect to a file": ("301 Moved", "file:///etc/hostname", 1),
     "redirect to another name": ("301 Moved", "https://localhost:PORT/N", 1),
 }
+NEW_KEY = "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256", "-nodes", "-keyout"
+# The certificate's name and days of validity, and the TLS version when there is only one.
+PORTS = {
+    "trusted": ("IP:127.0.0.1", "2", None),
+    "wrong host name": ("DNS:localhost", "2", None),
+    "expired": ("IP:127.0.0.1", "-1", None),
+    "unknown authority": ("IP:127.0.0.1", "2", None),
+    "TLS 1.2 only": ("IP:127.0.0.1", "2", ssl.TLSVersion.TLSv1_2),
+    "TLS 1.1 only": ("IP:127.0.0.1", "2", ssl.TLSVersion.TLSv1_1),
+}
+
+
+def openssl(*arguments):
+    environment = {**os.environ, "OPENSSL_CONF": "/etc/ssl/openssl.cnf"}  # a test may have its own
+    subprocess.run(["openssl", *arguments], check=True, capture_output=True, env=environment)
 
 
 class Authority:
     """A certificate authority made by the openssl command for this run; no key lies in the repository."""
 
-    def __init__(self, folder):
-        self.folder = folder
-        self.file = self.run("authority", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256", "-nodes",
-                             "-subj", "/CN=Test authority", "-days", "2", "-keyout", self.path("authority.key"))
+    def __init__(self, folder, name):
+        self.stem = os.path.join(folder, name)
+        self.file = self.stem + ".pem"
+        subject = f"/CN=Test {name} {os.getpid()}"
+        openssl("req", "-x509", "-subj", subject, "-out", self.file, *NEW_KEY, self.stem + ".key")
 
-    def path(self, name):
-        return os.path.join(self.folder, name)
-
-    def run(self, name, *arguments):
-        subprocess.run(["openssl", *arguments, "-out", self.path(name)], check=True, stderr=subprocess.DEVNULL)
-        return self.path(name)
-
-    def context(self, name, alternative="IP:127.0.0.1", days="2", version=None):
-        self.run(name + ".request", "req", "-new", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256", "-nodes",
-                 "-subj", "/CN=Test server", "-addext", "subjectAltName=" + alternative, "-keyout", self.path(name + ".key"))
-        self.run(name, "x509", "-req", "-in", self.path(name + ".request"), "-CA", self.file,
-                 "-CAkey", self.path("authority.key"), "-CAcreateserial", "-copy_extensions", "copy", "-days", days)
+    def context(self, port):
+        name, days, version = PORTS[port]
+        stem = self.stem + port
+        openssl("req", "-new", "-subj", "/CN=Test server", "-addext", "subjectAltName=" + name, "-out", stem + ".csr",
+                *NEW_KEY, stem + ".key")
+        openssl("x509", "-req", "-in", stem + ".csr", "-CA", self.file, "-CAkey", self.stem + ".key", "-CAcreateserial",
+                "-copy_extensions", "copy", "-days", days, "-out", stem + ".pem")
         context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
         if version:
             context.set_ciphers("ALL:@SECLEVEL=0")
-            with warnings.catch_warnings(action="ignore"):  # TLS 1.1 is deprecated, and must be refused for that
+            with warnings.catch_warnings(action="ignore"):  # TLS 1.1 is deprecated, therefore tested
                 context.minimum_version = context.maximum_version = version
-        context.load_cert_chain(self.path(name), self.path(name + ".key"))
+        context.load_cert_chain(stem + ".pem", stem + ".key")
         return context
+
+
+def run(function, *arguments):
+    threading.Thread(target=function, args=arguments, daemon=True).start()
 
 
 class Server:
     def __init__(self):
         self.lock = threading.Lock()
         self.numbers = itertools.count(1)
-        self.held = {}
+        self.orders = {}
 
     def listen(self, context):
         listener = socket.create_server(("127.0.0.1", 0), backlog=128)
-
-        def accept():
-            while True:
-                connection = listener.accept()[0]
-                threading.Thread(target=self.serve, args=(connection, context), daemon=True).start()
-
-        threading.Thread(target=accept, daemon=True).start()
+        run(self.accept, listener, context)
         return listener.getsockname()[1]
 
+    def accept(self, listener, context):
+        while True:
+            run(self.serve, listener.accept()[0], context)
+
     def serve(self, connection, context):
+        connection.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
         try:
             with context.wrap_socket(connection, server_side=True) as client:
                 while request := read(client):
                     self.answer(client, request)
-        except (OSError, ssl.SSLError):
-            pass  # the client has gone, or trusts nobody here
+        except OSError:
+            pass  # the client has gone, or does not trust the certificate
 
     def answer(self, client, request):
         head, _, body = request.partition(b"\r\n\r\n")
-        path = head.split(b" ")[1].decode()
-        form = dict(urllib.parse.parse_qsl(body.decode("utf-8", "replace")))
+        route = dict(urllib.parse.parse_qsl(body.decode("utf-8", "replace"))).get("track")
+        hop = 0
+        path = urllib.parse.unquote(head.split(b" ")[1].decode()).split("/")
+        if len(path) == 3:  # "/hop/route", an address of REDIRECTS
+            hop, route = int(path[1]), path[2]
         with self.lock:
             number = next(self.numbers)
-            print(json.dumps({"request": request.decode("latin-1")}), flush=True)
-        route, hop = form.get("track"), 0
-        if path.count("/") == 2:  # "/hop/route", as a redirect of ours has it
-            hop, route = path.split("/")[1:]
-            hop, route = int(hop), urllib.parse.unquote(route)
-        if route in STALLED:
-            client.sendall(STALLED[route])
-        elif route in CLOSED:
-            client.sendall(CLOSED[route])
-            client.unwrap()
-        elif route in ENDLESS:
-            first, again = ENDLESS[route]
-            client.sendall(first)
-            while True:
-                client.sendall(again)
-        elif route in REDIRECTED:
-            status, address, hops = REDIRECTED[route]
-            target = address.replace("PORT", str(client.getsockname()[1]))
-            target = target.replace("N", f"{hop + 1}/{urllib.parse.quote(route)}")
-            client.sendall(whole(b"moved", status, f"Location: {target}\r\n") if hop < hops else whole(GOOD))
-        elif route == "trickles":
-            client.sendall(OK + b"Connection: close\r\n\r\n" + GOOD)
-            for _ in range(7):
-                threading.Event().wait(0.1)
-                client.sendall(b" ")
-            client.unwrap()
+            order = self.orders[number] = queue.SimpleQueue()
+            write({"request": request.decode("latin-1")})
+        if route in ROUTES:
+            first, then = ROUTES[route]
+        elif route in REDIRECTS:
+            status, address, hops = REDIRECTS[route]
+            address = address.replace("PORT", str(client.getsockname()[1]))
+            address = address.replace("N", f"{hop + 1}/{urllib.parse.quote(route)}")
+            first, then = whole(b"moved", status, f"Location: {address}\r\n") if hop < hops else whole(GOOD), KEEP
+        elif route and route.isdigit():
+            first, then = whole(GOOD, route + " No", 'WWW-Authenticate: Basic realm="x"\r\n'), KEEP
         else:
-            self.held[number] = client
-
-    def reply(self, order):
-        try:
-            self.held[order["reply"]].sendall(whole(order["body"].encode(), order.get("status", "200 OK")))
-        except OSError:
-            pass  # the client has gone
+            reply = order.get()
+            first, then = whole(reply["body"].encode(), reply["status"]), KEEP
+        client.sendall(first() if callable(first) else first)
+        while isinstance(then, bytes):
+            client.sendall(then)
+        if then == TRICKLE:
+            for _ in range(10):
+                threading.Event().wait(0.25)
+                client.sendall(b" ")
+        if then != KEEP:
+            client.settimeout(0)  # do not wait for the client to close the connection, too
+            client.unwrap()
 
 
 def read(client):
@@ -196,28 +196,27 @@ def read(client):
         length = [line[15:] for line in head.split(b"\r\n") if line.lower().startswith(b"content-length:")]
         if end and len(body) >= int(length[0] if length else 0):
             return request
-        more = client.recv(65536)
-        if not more:
+        if not (more := client.recv(65536)):
             return b""
         request += more
 
 
+def write(line):
+    os.write(1, json.dumps(line).encode() + b"\n")
+
+
 def main():
-    with tempfile.TemporaryDirectory() as folder, tempfile.TemporaryDirectory() as other:
-        authority = Authority(folder)
-        stranger = Authority(other)
+    with tempfile.TemporaryDirectory() as folder:
+        authority = Authority(folder, "authority")
         server = Server()
-        ports = {name: server.listen(context) for name, context in {
-            "trusted": authority.context("trusted"),
-            "wrong host name": authority.context("name", alternative="DNS:localhost"),
-            "expired": authority.context("expired", days="-1"),
-            "unknown authority": stranger.context("stranger"),
-            "TLS 1.2 only": authority.context("tls12", version=ssl.TLSVersion.TLSv1_2),
-            "TLS 1.1 only": authority.context("tls11", version=ssl.TLSVersion.TLSv1_1),
-        }.items()}
-        print(json.dumps({"ports": ports, "authority": authority.file}), flush=True)
+        ports = {}
+        for port in sys.argv[1:] or ["trusted"]:
+            issuer = Authority(folder, "stranger") if port == "unknown authority" else authority
+            ports[port] = server.listen(issuer.context(port))
+        write({"ports": ports, "authority": authority.file, "pem": pathlib.Path(authority.file).read_text()})
         for line in sys.stdin:
-            server.reply(json.loads(line))
+            order = json.loads(line)
+            server.orders[order["reply"]].put(order)
 
 
 main()
