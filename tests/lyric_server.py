@@ -78,6 +78,7 @@ REDIRECTS = {
     "five redirects": ("301 Moved", "https://127.0.0.1:PORT/N", 5),
     "six redirects": ("302 Found", "/N", 6),
     "see other": ("303 See Other", "/N", 1),
+    "see a reply that is cut": ("303 See Other", "/1/cut%20in%20the%20headers", 1),
     "redirect that wants the form again": ("307 Temporary Redirect", "/N", 1),
     "redirect to http": ("301 Moved", "http://127.0.0.1:PORT/N", 1),
     "redirect to a file": ("301 Moved", "file:///etc/hostname", 1),

@@ -107,7 +107,7 @@ private Q_SLOTS:
         const Error tooLong = failure(Error::TooLarge, 200, "The lyric service's answer is too long.");
         const char *const status300 = "The lyric service answered with the HTTP status 300.";
         const char *const tooOften = "The lyric service redirects too often.";
-        const char *const unsafe = "The lyric service redirects to an address that is not safe.";
+        const char *const unsafe = "The lyric service redirects to an address without HTTPS.";
         const struct
         {
             Error expected;
@@ -132,6 +132,7 @@ private Q_SLOTS:
             {body(77), {"five redirects"}, 6},
             {failure(Error::BadRedirect, 302, tooOften), {"six redirects"}, 6},
             {body(77), {"see other"}, 2},
+            {failure(Error::BadReply), {"see a reply that is cut"}, 2}, // the GET is not repeated either
             {failure(Error::BadRedirect, 307), {"redirect that wants the form again"}},
             {failure(Error::BadRedirect, 301, unsafe), {"redirect to http", "redirect to a file"}},
             {failure(Error::Tls), {"redirect to another name"}},
