@@ -7,10 +7,12 @@
 #include <QAbstractItemModelTester>
 #include <QApplication>
 #include <QClipboard>
+#include <QDropEvent>
 #include <QFile>
 #include <QLineEdit>
 #include <QListView>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QStatusBar>
@@ -66,6 +68,7 @@ public:
     /// - `2:1` goes to the cell in row 2, column 1;
     /// - `'text'` replaces the text of the current cell, which stays open;
     /// - `@1` clicks this line of the preview;
+    /// - `^a.lrc,b.lrc` drops these files, which may be URLs;
     /// - `?Save` clicks this button in the dialog that the next key opens, see answer(); `?'text'` enters a text;
     /// - `!'text'` lets another program write the file, `!''` delete it;
     /// - `back` comes back from another window;
@@ -162,6 +165,17 @@ private:
             const QModelIndex line = view("preview")->model()->index(word.sliced(1).toInt(), 0);
             QTest::mouseClick(view("preview")->viewport(), Qt::LeftButton, {},
                               view("preview")->visualRect(line).center());
+        } else if (word.startsWith(u'^')) {
+            QMimeData data;
+            QList<QUrl> urls;
+            for (const QString &name : word.sliced(1).split(u','))
+                urls += QUrl::fromLocalFile(m_file).resolved(QUrl(name));
+            data.setUrls(urls);
+            QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
+            QApplication::sendEvent(table->viewport(), &enter); // passes it on to the window
+            QDropEvent drop({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
+            if (enter.isAccepted())
+                QApplication::sendEvent(table->viewport(), &drop);
         } else if (word.contains(u':')) {
             table->setFocus();
             table->setCurrentIndex(

@@ -64,14 +64,19 @@ class TestEditor(unittest.TestCase):
         press("song.lrc", "ctrl+w")
         self.assertEqual((recovered.wait(20), self.recovery()), (0, []))
 
-    def test_files(self):
+    def test_recovery_and_a_file(self):
         folder = self.folder / "QVSongLrc/songlrc-editor/recovery"
         folder.mkdir(parents=True)
-        (folder / "left.json").write_text("{}")
+        (folder / "left.json").write_text('{"file": "/none/left.lrc", "text": "words\\n"}')
         editor = self.start(self.folder)
-        press("Recover Changes", "alt+d")
+        press("Recover Changes", "alt+r")
         press("Not Opened", "Return")  # a folder
-        press("New song", "ctrl+w")
+        press("left.lrc", "Home")
+        editor.kill()
+        editor.wait()
+        editor = self.start(programs.SAMPLES / "the-star.lrc")
+        press("Recover Changes", "alt+d")
+        press("the-star.lrc", "ctrl+w")
         self.assertEqual((editor.wait(20), self.recovery()), (0, []))
 
     def test_tutorial(self):

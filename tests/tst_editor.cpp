@@ -9,13 +9,11 @@
 #include <QVSongLrc/LyricService.h>
 
 #include <QDir>
-#include <QDropEvent>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
-#include <QMimeData>
 #include <QProcess>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -45,8 +43,11 @@ private Q_SLOTS:
     void commands_data()
     {
         QTest::addColumn<QJsonObject>("row");
-        const QByteArray rows = bytesOf(QStringLiteral(CASES "/editor.json"));
-        for (const QJsonValue row : QJsonDocument::fromJson(rows).array())
+        const QByteArray json =
+            bytesOf(QStringLiteral(CASES "/editor.json")).replace("www.quendle.example", MAKER_HOST);
+        const QJsonArray rows = QJsonDocument::fromJson(json).array();
+        QVERIFY(!rows.isEmpty());
+        for (const QJsonValue row : rows)
             QTest::newRow(qPrintable(row["name"_L1].toString())) << row.toObject();
     }
     void commands()
@@ -65,8 +66,7 @@ private Q_SLOTS:
         QCOMPARE(QString::fromLatin1(bytesOf(m_name)), row["saved"_L1].toString(file));
         for (int i = 0; i < 2; ++i) {
             QCOMPARE(editor.state(), state);
-            QCOMPARE(editor.text(),
-                     QString(text).replace(u"www.quendle.example"_s, QStringLiteral(MAKER_HOST)));
+            QCOMPARE(editor.text(), text);
             const QString said = editor.questions.isEmpty() ? editor.message() : editor.questions;
             QVERIFY2(said.contains(row["says"_L1].toString()), qPrintable(said));
             if (state != u"song.lrc*"_s)
@@ -78,32 +78,6 @@ private Q_SLOTS:
         QTRY_COMPARE(editor.highlighted("preview"),
                      row["preview"_L1].toString(editor.highlighted("preview")));
         QCOMPARE(editor.highlighted("text"), row["line"_L1].toString(editor.highlighted("text")));
-    }
-
-    void opensADroppedFile()
-    {
-        EditorDriver editor(m_name);
-        const auto drop = [&](const QList<QUrl> &urls, const QList<DialogStep> &steps = {}) {
-            QMimeData data;
-            data.setUrls(urls);
-            QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
-            QApplication::sendEvent(editor.table->viewport(), &enter); // passes it on to the window
-            QDropEvent event({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
-            if (enter.isAccepted())
-                QApplication::sendEvent(editor.table->viewport(), &event);
-            editor.inDialogs([] { QCoreApplication::processEvents(); }, steps);
-            return enter.isAccepted();
-        };
-        const QUrl other = QUrl::fromLocalFile(m_home->filePath(u"other.lrc"_s));
-        writeFile(other.toLocalFile(), "other\n");
-        QVERIFY(!drop({other, other}) && !drop({QUrl(u"https://localhost/other.lrc"_s)}));
-        QVERIFY(drop({QUrl::fromLocalFile(m_home->path())}, {answer(u"OK"_s)}));
-        QVERIFY2(editor.questions.contains(u": not a file"_s), qPrintable(editor.questions));
-        editor.run(u"0:2 'x' Return"_s);
-        QVERIFY(drop({other}, {answer(u"Cancel"_s)}));
-        QCOMPARE(editor.text(), u"x"_s);
-        QVERIFY(drop({other}, {answer(u"Discard"_s)}));
-        QCOMPARE(editor.text(), u"other"_s);
     }
 
     // Another window may have opened the recent files.
@@ -147,10 +121,8 @@ private Q_SLOTS:
         ::setrlimit(RLIMIT_FSIZE, &usual);
         QVERIFY(isWarned);
         QCOMPARE(bytesOf(recovery), before);
-        editor.run(u"0:2 'third' Return"_s);
+        editor.run(u"Ctrl+Z Ctrl+Z"_s);
         QTRY_COMPARE(warning->text(), QString());
-        QVERIFY(bytesOf(recovery).contains("third"));
-        editor.run(u"Ctrl+Z Ctrl+Z Ctrl+Z"_s);
         QVERIFY(!QFile::exists(recovery));
 
         editor.run(u"0:2 'own' Return"_s);
@@ -213,6 +185,7 @@ private Q_SLOTS:
         const QString asked = u"The lyric arrived while the song was being saved; search again"_s;
         editor.run(u"Ctrl+L"_s, {download(SIGSTOP)});
         editor.run(u"Ctrl+W"_s, {[&](QWidget *dialog) {
+                       editor.window->open(m_name); // must wait too
                        signal(SIGCONT);
                        QTRY_COMPARE_WITH_TIMEOUT(editor.message(), asked, 20'000);
                        answer(u"Cancel"_s)(dialog);
