@@ -80,10 +80,13 @@ private Q_SLOTS:
         QCOMPARE(editor.highlighted("text"), row["line"_L1].toString(editor.highlighted("text")));
     }
 
-    // Another window may have opened the recent files.
-    void sharesSettings()
+    // Another window may have opened the recent files. The next window has the size of the one closed last.
+    void fillsItsMenus()
     {
         EditorDriver second(m_name);
+        second.run(u"0:2 'x' Return Ctrl+K Ctrl+Z"_s);
+        const QList<QAction *> edits = second.window->menuBar()->actions().at(1)->menu()->actions();
+        QCOMPARE(edits[0]->text() + edits[1]->text(), u"&Undo Change Text&Redo Insert Maker Mark"_s);
         for (int i = 0; i < 10; ++i) {
             EditorDriver first(m_name);
             first.run(u"?'%1' Ctrl+Shift+S"_s.arg(i));
