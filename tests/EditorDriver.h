@@ -4,211 +4,196 @@
 
 #include "programs/editor/EditorWindow.h"
 
-#include <QAbstractButton>
 #include <QAbstractItemModelTester>
 #include <QApplication>
-#include <QDialogButtonBox>
-#include <QElapsedTimer>
+#include <QClipboard>
+#include <QDropEvent>
 #include <QFile>
 #include <QLineEdit>
 #include <QListView>
+#include <QMessageBox>
+#include <QMimeData>
 #include <QPushButton>
-#include <QSettings>
+#include <QRegularExpression>
 #include <QStatusBar>
 #include <QTableView>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
 #include <functional>
 
-/// A folder for a test's files and for the editor's settings and recovery files.
-class EditorHome
+using namespace Qt::StringLiterals;
+
+/// What a test does in a modal dialog. It must close the dialog.
+using DialogStep = std::function<void(QWidget *dialog)>;
+
+/// Clicks the button \p text, presses Return or Esc, or enters \p text.
+inline DialogStep answer(const QString &text)
 {
-public:
-    EditorHome()
-    {
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, path(QStringLiteral("settings")));
-        qputenv("XDG_DATA_HOME", path(QStringLiteral("data")).toLocal8Bit());
-        QCoreApplication::setOrganizationName(QStringLiteral("QVSongLrc"));
-        QCoreApplication::setApplicationName(QStringLiteral("songlrc-editor"));
-    }
+    return [text](QWidget *dialog) {
+        for (auto *const button : dialog->findChildren<QPushButton *>()) {
+            if (button->isVisible() && button->text().remove(u'&') == text)
+                return QTest::mouseClick(button, Qt::LeftButton);
+        }
+        if (text == u"Return"_s || text == u"Esc"_s)
+            return QTest::keySequence(dialog, QKeySequence(text));
+        auto *const line = dialog->findChild<QLineEdit *>();
+        line->setText(text); // not by keys: a file dialog would complete the name
+        QTest::keyClick(line, Qt::Key_Return);
+    };
+}
 
-    QString path(const QString &name) const { return m_folder.filePath(name); }
-
-    /// Writes the file \p name and returns its path.
-    QString file(const QString &name, const QByteArray &bytes) const
-    {
-        QFile out(path(name));
-        if (!out.open(QIODevice::WriteOnly) || out.write(bytes) != bytes.size())
-            qFatal("can't write %s", qPrintable(out.fileName()));
-        return out.fileName();
-    }
-
-private:
-    QTemporaryDir m_folder;
-};
-
-inline QByteArray bytesOf(const QString &path)
+/// Writes a file, or deletes it if \p bytes are empty.
+inline void writeFile(const QString &name, const QByteArray &bytes)
 {
-    QFile in(path);
-    return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray("no such file");
+    QFile file(name);
+    QVERIFY(bytes.isEmpty() ? file.remove() : file.open(QIODevice::WriteOnly) && file.write(bytes) > 0);
 }
 
 /// An editor window, used by keys and clicks.
 class EditorDriver
 {
 public:
-    enum Watch { Watched, Unwatched };
-
-    /// Watched: a QAbstractItemModelTester checks the table's model, which is slow for long songs.
-    explicit EditorDriver(Watch watch = Watched)
+    explicit EditorDriver(const QString &file)
+        : m_file(file)
     {
-        if (watch == Watched)
-            new QAbstractItemModelTester(table->model(), window.get());
+        new QAbstractItemModelTester(table->model(), window.get());
         window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
-        activate();
-    }
-
-    explicit EditorDriver(const QString &file, Watch watch = Watched)
-        : EditorDriver(watch)
-    {
+        press(u"0:0"_s);
         window->open(file);
+        QCoreApplication::processEvents(); // the recent files are listed later
     }
 
-    /// Activates the window, since the tests' X server has no window manager.
-    void activate()
+    /// Uses the window. \p script is a list of words:
+    /// - `2:1` goes to the cell in row 2, column 1;
+    /// - `'text'` replaces the text of the current cell, which stays open;
+    /// - `@1` clicks this line of the preview;
+    /// - `^a.lrc,b.lrc` drops these files, which may be URLs;
+    /// - `?Save` clicks this button in the dialog that the next key opens, see answer(); `?'text'` enters a text;
+    /// - `!'text'` lets another program write the file, `!''` delete it;
+    /// - `back` comes back from another window;
+    /// - any other word is a key.
+    void run(const QString &script, QList<DialogStep> steps = {})
     {
-        window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+        static const QRegularExpression word(u"[?!]?'[^']*'|\\S+"_s);
+        for (const QRegularExpressionMatch &match : word.globalMatch(script)) {
+            const QString found = match.captured();
+            const QString quoted = found.section(u'\'', 1, 1);
+            if (found.startsWith(u'?'))
+                steps += answer(quoted.isEmpty() ? found.sliced(1) : quoted);
+            else if (found.startsWith(u'!'))
+                writeFile(m_file, quoted.toUtf8());
+            else
+                inDialogs([&] { found.startsWith(u'\'') ? paste(quoted) : press(found); },
+                          std::exchange(steps, {}));
+        }
     }
 
-    void key(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+    /// Runs \p act, which shows one modal dialog for each of \p steps. Any other dialog is closed and fails the test.
+    void inDialogs(const std::function<void()> &act, QList<DialogStep> steps)
     {
-        activate(); // a dialog may have been there
-        QTest::keyClick(window.get(), Qt::Key(key), modifiers);
+        QTimer poll;
+        poll.callOnTimeout([&] {
+            QWidget *const dialog = QApplication::activeModalWidget();
+            if (!dialog || !dialog->isVisible() || dialog->property("isSeen").toBool())
+                return;
+            dialog->setProperty("isSeen", true);
+            if (const auto *const box = qobject_cast<QMessageBox *>(dialog))
+                questions += box->text();
+            if (steps.isEmpty()) {
+                QTest::qFail(qPrintable(u"unexpected: "_s + dialog->windowTitle()), __FILE__, __LINE__);
+                dialog->close();
+                return;
+            }
+            // Not here: a timer does not fire while its slot waits for the next dialog.
+            QTimer::singleShot(0, dialog, [step = steps.takeFirst(), dialog] {
+                QVERIFY(QTest::qWaitForWindowExposed(dialog)); // clicks may get lost before
+                step(dialog);
+            });
+        });
+        poll.start(10);
+        act();
+        QTRY_VERIFY_WITH_TIMEOUT(steps.isEmpty() && !QApplication::activeModalWidget(), 20'000);
     }
 
-    void select(int row, int last = -1)
+    /// The lines of a view, joined by "|".
+    QString text() const
     {
-        table->setCurrentIndex(table->model()->index(row, 0));
-        for (int i = row; i < last; ++i)
-            QTest::keyClick(table, Qt::Key_Down, Qt::ShiftModifier);
+        QStringList lines;
+        for (int i = 0; i < view("text")->model()->rowCount(); ++i)
+            lines += view("text")->model()->index(i, 0).data().toString();
+        return lines.join(u'|');
     }
-
-    /// Clicks the first cell of a row.
-    static void click(QAbstractItemView *view, int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
-    {
-        QTest::mouseClick(view->viewport(), Qt::LeftButton, modifiers,
-                          view->visualRect(view->model()->index(row, 0)).center());
-    }
-
-    /// Opens the cell, replaces its text by \p typed and, if \p enters, presses Enter.
-    void type(int row, int column, const QString &typed, bool enters = true)
-    {
-        table->setCurrentIndex(table->model()->index(row, column));
-        table->setFocus();
-        QTest::keyClick(table, Qt::Key_F2);
-        QWidget *const editor = QApplication::focusWidget();
-        QVERIFY(editor && editor != table);
-        QTest::keyClick(editor, Qt::Key_A, Qt::ControlModifier);
-        QTest::keyClick(editor, Qt::Key_Delete);
-        for (const QChar c : typed) // keyClicks() only supports ASCII
-            QTest::sendKeyEvent(QTest::Click, editor, Qt::Key_unknown, QString(c), Qt::NoModifier);
-        if (enters)
-            press(Qt::Key_Return);
-    }
-
-    /// Presses a key in the open cell.
-    void press(Qt::Key key)
-    {
-        QTest::keyClick(QApplication::focusWidget(), key);
-        QCoreApplication::processEvents(); // the table closes the cell later
-    }
-
-    QString text() const { return all(view("text")); }
-    QString preview() const { return all(view("preview")); }
     QString highlighted(const char *name) const { return view(name)->currentIndex().data().toString(); }
+
+    /// The title, with a "*" if the song is modified, or "closed".
+    QString state() const
+    {
+        const QString title =
+            window->windowTitle().replace(u"[*]"_s, window->isWindowModified() ? u"*"_s : u""_s);
+        return window->isVisible() ? title : u"closed"_s;
+    }
+
+    QString message() const { return window->statusBar()->currentMessage(); }
+
+    std::unique_ptr<EditorWindow> window = std::make_unique<EditorWindow>();
+    QTableView *table = window->findChild<QTableView *>(u"lines"_s);
+    QString questions; ///< the texts of the message boxes so far
+
+private:
     QListView *view(const char *name) const
     {
         return window->findChild<QListView *>(QLatin1StringView(name));
     }
-    QString message() const { return window->statusBar()->currentMessage(); }
 
-    static QString all(const QListView *view)
+    // Activates the window, since the tests' X server has no window manager.
+    static void activate(QWidget *window)
     {
-        QString text;
-        for (int i = 0; i < view->model()->rowCount(); ++i)
-            text += view->model()->index(i, 0).data().toString() + u'\n';
-        return text;
+        window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window));
     }
 
-    std::unique_ptr<EditorWindow> window = std::make_unique<EditorWindow>();
-    QTableView *table = window->findChild<QTableView *>(QStringLiteral("lines"));
+    void press(const QString &word)
+    {
+        if (word == u"back"_s) {
+            QWidget other;
+            other.show();
+            activate(&other);
+        }
+        activate(window.get()); // a dialog may have been there
+        if (word.startsWith(u'@')) {
+            const QModelIndex line = view("preview")->model()->index(word.sliced(1).toInt(), 0);
+            QTest::mouseClick(view("preview")->viewport(), Qt::LeftButton, {},
+                              view("preview")->visualRect(line).center());
+        } else if (word.startsWith(u'^')) {
+            QMimeData data;
+            QList<QUrl> urls;
+            for (const QString &name : word.sliced(1).split(u','))
+                urls += QUrl::fromLocalFile(m_file).resolved(QUrl(name));
+            data.setUrls(urls);
+            QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
+            QApplication::sendEvent(table->viewport(), &enter); // passes it on to the window
+            QDropEvent drop({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
+            if (enter.isAccepted())
+                QApplication::sendEvent(table->viewport(), &drop);
+        } else if (word.contains(u':')) {
+            table->setFocus();
+            table->setCurrentIndex(
+                table->model()->index(word.section(u':', 0, 0).toInt(), word.section(u':', 1).toInt()));
+        } else if (word != u"back"_s) {
+            QTest::keySequence(window->focusWidget(), QKeySequence(word));
+        }
+        QCoreApplication::processEvents(); // the table closes a cell later
+    }
+
+    void paste(const QString &text)
+    {
+        QGuiApplication::clipboard()->setText(text);
+        if (window->focusWidget() == table)
+            press(u"F2"_s);
+        for (const QString &key : {u"Ctrl+A"_s, u"Del"_s, u"Ctrl+V"_s})
+            press(key);
+    }
+
+    QString m_file;
 };
-
-using DialogStep = std::function<void(QWidget *dialog)>;
-
-/// Runs \p act, which shows one modal dialog for each of \p steps. A step gets its dialog and must close it. A
-/// dialog that is not expected or stays open is closed and fails the test.
-inline void inDialogs(const std::function<void()> &act, QList<DialogStep> steps)
-{
-    QTimer poll;
-    QElapsedTimer sinceStep;
-    sinceStep.start();
-    QString unexpected;
-    QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
-        QWidget *const dialog = QApplication::activeModalWidget();
-        if (!dialog || !dialog->isVisible())
-            return;
-        const bool isSeen = dialog->property("isSeen").toBool();
-        if (isSeen && !sinceStep.hasExpired(10'000))
-            return; // its step is running
-        if (isSeen || steps.isEmpty()) {
-            unexpected =
-                QStringLiteral("an unexpected dialog, or one that stays open: ") + dialog->windowTitle();
-            dialog->close();
-            return;
-        }
-        dialog->setProperty("isSeen", true);
-        sinceStep.start();
-        // Not here: a timer does not fire while its slot waits for the next dialog.
-        QTimer::singleShot(0, dialog, [step = steps.takeFirst(), dialog] {
-            QVERIFY(QTest::qWaitForWindowExposed(dialog)); // clicks may get lost before
-            step(dialog);
-        });
-    });
-    poll.start(10);
-    act();
-    poll.stop();
-    QVERIFY2(unexpected.isNull(), qPrintable(unexpected));
-    QVERIFY2(steps.isEmpty(), "a dialog did not come");
-}
-
-/// Clicks the button with this text.
-inline DialogStep press(const QString &text)
-{
-    return [text](QWidget *dialog) {
-        for (auto *const button : dialog->findChildren<QAbstractButton *>()) {
-            if (button->isVisible() && button->text().remove(u'&') == text)
-                return QTest::mouseClick(button, Qt::LeftButton);
-        }
-        dialog->close();
-        QFAIL(qPrintable(QStringLiteral("no button ") + text));
-    };
-}
-
-/// Enters a file name or an amount, and clicks the default button.
-inline DialogStep enter(const QString &typed)
-{
-    return [typed](QWidget *dialog) {
-        auto *const line = dialog->findChild<QLineEdit *>();
-        line->selectAll();
-        line->insert(typed); // not by keys: a file dialog would complete the name
-        for (auto *const button : dialog->findChild<QDialogButtonBox *>()->buttons()) {
-            if (auto *const push = qobject_cast<QPushButton *>(button); push && push->isDefault())
-                return QTest::mouseClick(push, Qt::LeftButton);
-        }
-    };
-}
