@@ -2,35 +2,105 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "MisbehavingServer.h"
-#include "TestAuthority.h"
-
 #include <QVSongLrc/QVLyricService.h>
 
-/// The lyric service of a test. Lookups trust its certificate, unless the test passes another configuration than
-/// trusted().
-class LookupServer : public MisbehavingServer
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTest>
+
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+/// The lyric service of a test: lyric_server.py in a child process, which ends with this object. Lookups go to it and
+/// trust its authority. Not a QProcess, so that it works without an application object.
+class LookupServer
 {
 public:
-    explicit LookupServer(Behaviour behaviour, const QSslConfiguration &configuration = trusted())
-        : MisbehavingServer(configuration, std::move(behaviour))
+    /// \p port is the name of one of the server's ports.
+    explicit LookupServer(const char *port = "trusted")
     {
-        QVLyricService::setEndpoint(QStringLiteral("127.0.0.1"), port());
+        int ends[2];
+        socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends);
+        m_process = fork();
+        if (m_process == 0) {
+            dup2(ends[1], STDIN_FILENO);
+            dup2(ends[1], STDOUT_FILENO);
+            execlp("python3", "python3", CASES "/../lyric_server.py", port, nullptr);
+            _exit(1);
+        }
+        close(ends[1]);
+        m_socket = ends[0];
+        while (!m_output.contains('\n') && read(0)) {
+        }
+        const QJsonObject start = takeLine();
+        QFile authority(start[QLatin1StringView("authority")].toString());
+        if (authority.open(QFile::ReadOnly))
+            QVLyricService::addCertificateAuthorities(authority.readAll());
+        m_port = quint16(start[QLatin1StringView("ports")][QLatin1StringView(port)].toInt());
+        QVLyricService::setEndpoint(QStringLiteral("127.0.0.1"), m_port);
+    }
+    ~LookupServer()
+    {
+        close(m_socket);
+        waitpid(m_process, nullptr, 0);
+    }
+    Q_DISABLE_COPY_MOVE(LookupServer)
+
+    quint16 port() const { return m_port; }
+
+    /// The requests so far that contain \p part, each with head and body.
+    QList<QByteArray> requests(const QByteArray &part = {})
+    {
+        while (read(MSG_DONTWAIT)) {
+        }
+        while (m_output.contains('\n'))
+            m_requests += takeLine()[QLatin1StringView("request")].toString().toLatin1();
+        QList<QByteArray> containing;
+        for (const QByteArray &request : m_requests)
+            if (request.contains(part))
+                containing += request;
+        return containing;
     }
 
-    static const TestAuthority &authority()
+    /// Runs the event loop until the server has received \p count requests; false when that takes more than 20 s.
+    bool waitForRequests(qsizetype count)
     {
-        static const TestAuthority theAuthority = [] {
-            TestAuthority made;
-            QVLyricService::addCertificateAuthorities(made.pem());
-            return made;
-        }();
-        return theAuthority;
+        return QTest::qWaitFor([this, count] { return requests().size() >= count; }, 20'000);
     }
 
-    static const QSslConfiguration &trusted()
+    /// Answers the held request \p number; the first is 1.
+    void reply(int number, const QByteArray &body, const char *status = "200 OK")
     {
-        static const QSslConfiguration configuration = authority().issue("IP:127.0.0.1");
-        return configuration;
+        const QJsonObject order{{QStringLiteral("reply"), number},
+                                {QStringLiteral("body"), QString::fromUtf8(body)},
+                                {QStringLiteral("status"), QLatin1StringView(status)}};
+        const QByteArray line = QJsonDocument(order).toJson(QJsonDocument::Compact) + '\n';
+        send(m_socket, line.constData(), size_t(line.size()), MSG_NOSIGNAL);
     }
+
+private:
+    bool read(int flags)
+    {
+        char bytes[65536];
+        const ssize_t size = recv(m_socket, bytes, sizeof bytes, flags);
+        m_output.append(bytes, std::max<ssize_t>(size, 0));
+        return size > 0;
+    }
+
+    QJsonObject takeLine()
+    {
+        const qsizetype end = m_output.indexOf('\n') + 1;
+        const QByteArray line = m_output.first(end);
+        m_output.remove(0, end);
+        return QJsonDocument::fromJson(line).object();
+    }
+
+    pid_t m_process;
+    int m_socket;
+    quint16 m_port = 0;
+    QByteArray m_output;
+    QList<QByteArray> m_requests;
 };
