@@ -11,11 +11,10 @@
 #include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
+#include <QRegularExpression>
 #include <QTableView>
 #include <QTimer>
 #include <QToolTip>
-#include <QUrlQuery>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -43,61 +42,57 @@ const struct Step
 {
     const char *story, *acts, *changes;
 } Steps[] = {
-    {"no names", "open /",
-     "0: , open, idle, no S, no D, [], no row, lblTrackName, Enter a title or an artist"},
+    {"no names", "open /", "0, open, idle, -S, -D, [], -row, lblTrackName, Enter a title or an artist"},
     {"", "key lblArtistName Return", "lblArtistName"},
     {"", "type lblTrackName x", "S, lblTrackName"},
-    {"", "type lblTrackName", "no S"},
+    {"", "type lblTrackName", "-S"},
     {"", "type lblArtistName x", "S, lblArtistName"},
-    {"", "type lblArtistName", "no S"},
+    {"", "type lblArtistName", "-S"},
     {"", "close", "closed"},
-    {"a title", "open Air/",
-     "1: artist=&track=Air, open, busy, no S, no D, [], no row, lblTrackName, Searching..."},
+    {"a title", "open Air/", "1//Air, open, busy, -S, -D, [], -row, lblTrackName, Searching..."},
     {"", "key lblTrackName Return", ""},
     {"", "reply 1 one", "idle, S, D, [T], row 0, tableView, Found 1 results"},
-    {"", "click btnSearch", "2: artist=&track=Air, busy, no S, no D, [], no row, Searching..."},
+    {"", "click btnSearch", "2//Air, busy, -S, -D, [], -row, Searching..."},
     {"", "reply 2 accents", "idle, S, D, [béAfC], row 2, Found 5 results"},
-    {"", "key lblArtistName Return",
-     "3: artist=&track=Air, busy, no S, no D, [], no row, lblArtistName, Searching..."},
+    {"", "key lblArtistName Return", "3//Air, busy, -S, -D, [], -row, lblArtistName, Searching..."},
     {"", "click btnCancel", "closed, btnCancel"},
     {"", "reply 3 songs", "idle, S, D, [BACD], row 1, tableView, Found 4 results"},
     {"", "drop controller", "gone"},
-    {"an artist", "open /Moé &",
-     "1: artist=Moé &&track=, open, busy, no S, no D, [], no row, lblTrackName, Searching..."},
+    {"an artist", "open /Moé &", "1/Moé &/, open, busy, -S, -D, [], -row, lblTrackName, Searching..."},
     {"", "reply 1 nothing", "idle, S, tableView, Found 0 results"},
-    {"", "key lblArtistName Return", "2: artist=Moé &&track=, busy, no S, lblArtistName, Searching..."},
+    {"", "key lblArtistName Return", "2/Moé &/, busy, -S, lblArtistName, Searching..."},
     {"", "reply 2 error", "idle, S, tableView, Found 0 results"},
-    {"", "key tableView Alt+S", "3: artist=Moé &&track=, busy, no S, Searching..."},
+    {"", "key tableView Alt+S", "3/Moé &/, busy, -S, Searching..."},
     {"", "reply 3 nothing 500",
      "qvsonglrc.lookup Error Domain=QVSongLrc.Transport Code=7, idle, S, Found 0 results"},
     {"", "close", "closed"},
     {"", "drop controller", "gone"},
     {"many downloads", "open Clouds/Moe",
-     "1: artist=Moe&track=Clouds, open, busy, no S, no D, [], no row, lblTrackName, Searching..."},
+     "1/Moe/Clouds, open, busy, -S, -D, [], -row, lblTrackName, Searching..."},
     {"", "reply 1 songs", "idle, S, D, [BACD], row 2, tableView, Found 4 results"},
     {"", "type lblArtistName M!", "lblArtistName"},
-    {"", "click btnDownload", "2: artist=M!&track=Clouds&link=3, busy, no S, btnDownload, Downloading..."},
+    {"", "click btnDownload", "2/M!/Clouds/3, busy, -S, btnDownload, Downloading..."},
     {"", "key lblTrackName Return", "lblTrackName"},
-    {"", "key tableView Return", "3: artist=M!&track=Clouds&link=3, tableView"},
+    {"", "key tableView Return", "3/M!/Clouds/3, tableView"},
     {"", "key tableView Up", "row 1"},
-    {"", "key tableView Enter", "4: artist=M!&track=Clouds&link=2"},
-    {"", "key btnCancel Alt+D", "5: artist=M!&track=Clouds&link=2, btnCancel"},
-    {"", "double 2 0", "6: artist=M!&track=Clouds&link=3, row 2, tableView"},
-    {"", "double 0 1", "7: artist=M!&track=Clouds&link=1, row 0"},
+    {"", "key tableView Enter", "4/M!/Clouds/2"},
+    {"", "key btnCancel Alt+D", "5/M!/Clouds/2, btnCancel"},
+    {"", "double 2 0", "6/M!/Clouds/3, row 2, tableView"},
+    {"", "double 0 1", "7/M!/Clouds/1, row 0"},
     {"", "right 1 0", "row 1"},
-    {"", "double 4 0", "no row"},
+    {"", "double 4 0", "-row"},
     {"", "click btnDownload", "btnDownload"},
     {"", "reply 3 lyric", "la, closed, idle, S"},
     {"", "reply 2 text", "la late"},
     {"", "drop controller", ""},
     {"no effect", "open Air/Moe; reply 1 songs",
-     "1: artist=Moe&track=Air, open, idle, S, D, [BACD], row 1, tableView, Found 4 results"},
+     "1/Moe/Air, open, idle, S, D, [BACD], row 1, tableView, Found 4 results"},
     {"", "held tableView; header 1; header 1; header 0; header 0", "[DCBA]"},
     {"", "held btnDownload", "btnDownload"},
     {"", "held lblArtistName", "lblArtistName"},
     {"", "double 0 0", "qvsonglrc.dialog [LYRIC] no link to load, row 0, tableView"},
     {"", "type lblTrackName", "lblTrackName"},
-    {"", "type lblArtistName; key lblTrackName Return", "no S"},
+    {"", "type lblArtistName; key lblTrackName Return", "-S"},
     {"", "key tableView Tab", "btnDownload"},
     {"", "key btnDownload Tab; key btnCancel Tab", "lblTrackName"},
     {"", "key lblTrackName Tab; key lblArtistName Tab", "tableView"},
@@ -107,36 +102,34 @@ const struct Step
     {"", "key lblTrackName Alt+A", "lblArtistName"},
     {"", "key lblTrackName Escape", "closed, lblTrackName"},
     {"sorting", "open f/m; reply 1 accents",
-     "1: artist=m&track=f, open, idle, S, D, [béAfC], row 3, tableView, Found 5 results"},
+     "1/m/f, open, idle, S, D, [béAfC], row 3, tableView, Found 5 results"},
     {"", "header 0", "[AbCéf]"},
     {"", "header 0", "[féCbA]"},
-    {"", "key lblArtistName Return",
-     "2: artist=m&track=f, busy, no S, no D, [], no row, lblArtistName, Searching..."},
+    {"", "key lblArtistName Return", "2/m/f, busy, -S, -D, [], -row, lblArtistName, Searching..."},
     {"", "reply 2 accents", "idle, S, D, [béAfC], row 3, tableView, Found 5 results"},
     {"", "header 0; header 1", "[CéfAb]"},
     {"", "header 1", "[bACéf]"},
-    {"", "click btnDownload", "3: artist=m&track=f&link=2, busy, no S, btnDownload, Downloading..."},
+    {"", "click btnDownload", "3/m/f/2, busy, -S, btnDownload, Downloading..."},
     {"", "reply 3 nothing", "no text, closed, idle, S"},
-    {"failed download", "open Air/Moe; reply 1 songs; double 1 0",
-     "2: artist=Moe&track=Air&link=2, open, busy, no S, D, [BACD], row 1, tableView, Downloading..."},
+    {"failure", "open Air/Moe; reply 1 songs; double 1 0",
+     "2/Moe/Air/2, open, busy, -S, D, [BACD], row 1, tableView, Downloading..."},
     {"", "reply 2 error", "no text, closed, idle, S, <b>no"},
     {"no completion", "drop completion; open Air/Moe; reply 1 songs; double 1 0",
-     "2: artist=Moe&track=Air&link=2, open, busy, no S, D, [BACD], row 1, tableView, Downloading..."},
+     "2/Moe/Air/2, open, busy, -S, D, [BACD], row 1, tableView, Downloading..."},
     {"", "reply 2 lyric", "closed, idle, S"},
-    {"closed before the lyric", "open Air/Moe; reply 1 songs; double 1 0; close",
-     "2: artist=Moe&track=Air&link=2, closed, busy, no S, D, [BACD], row 1, tableView, Downloading..."},
+    {"closed", "open Air/Moe; reply 1 songs; double 1 0; close",
+     "2/Moe/Air/2, closed, busy, -S, D, [BACD], row 1, tableView, Downloading..."},
     {"", "drop controller", ""},
     {"", "reply 2 lyric", "la, gone, idle"},
-    {"parent destroyed", "open Air/Moe; reply 1 songs; double 1 0; drop parent",
-     "2: artist=Moe&track=Air&link=2, gone, idle"},
+    {"no parent", "open Air/Moe; reply 1 songs; double 1 0; drop parent", "2/Moe/Air/2, gone, idle"},
     {"", "wait", "busy"},
     {"", "reply 2 lyric", "la, idle"},
-    {"context destroyed", "open Air/Moe; reply 1 songs; double 1 0; drop context",
-     "2: artist=Moe&track=Air&link=2, open, busy, no S, D, [BACD], row 1, tableView, Downloading..."},
+    {"no context", "open Air/Moe; reply 1 songs; double 1 0; drop context",
+     "2/Moe/Air/2, open, busy, -S, D, [BACD], row 1, tableView, Downloading..."},
     {"", "reply 2 lyric", "closed, idle, S"},
-    {"one above another", "open Air/Moe; reply 1 songs; double 1 0",
-     "2: artist=Moe&track=Air&link=2, open, busy, no S, D, [BACD], row 1, tableView, Downloading..."},
-    {"", "open /", "idle, no D, [], no row, lblTrackName, Enter a title or an artist"},
+    {"nested", "open Air/Moe; reply 1 songs; double 1 0",
+     "2/Moe/Air/2, open, busy, -S, D, [BACD], row 1, tableView, Downloading..."},
+    {"", "open /", "idle, -D, [], -row, lblTrackName, Enter a title or an artist"},
     {"", "reply 2 lyric", "la"},
     {"", "close", "closed"},
     {"", "wait", "S, D, [BACD], row 1, tableView, Downloading..."},
@@ -178,14 +171,14 @@ private Q_SLOTS:
         m_application = nullptr;
     }
 
-    void tellsStories_data()
+    void goesThroughItsStates_data()
     {
         QTest::addColumn<const Step *>("first");
         for (const Step *step = Steps; step != std::end(Steps) - 1; ++step)
             if (*step->story)
                 QTest::newRow(step->story) << step;
     }
-    void tellsStories()
+    void goesThroughItsStates()
     {
         QFETCH(const Step *, first);
         m_story = m_step = first;
@@ -209,33 +202,32 @@ private Q_SLOTS:
 
     void showsOddTitles_data()
     {
-        QTest::addColumn<QString>("title");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("tip");
+        QTest::addColumn<QStringList>("texts"); // the title, its cell and its tooltip
         QTest::addColumn<bool>("isLeft");
-        const QString many(995, u'm');
-        QTest::newRow("long") << u"a <b>m"_s + many << u"a <b>"_s + many
-                              << u"<p>a &lt;b&gt;%1</p>"_s.arg(many) << true;
-        QTest::newRow("two lines") << u"1\\n2"_s << u"1 2"_s << QString() << true;
-        QTest::newRow("right to left") << u"שלום"_s << u"שלום"_s << QString() << false;
+        const QString m(995, u'm');
+        QTest::newRow("long") << QStringList{u"a <b>m"_s + m, u"a <b>"_s + m,
+                                             u"<p>a &lt;b&gt;%1</p>"_s.arg(m)}
+                              << true;
+        QTest::newRow("two lines") << QStringList{u"1\\n2"_s, u"1 2"_s, {}} << true;
+        QTest::newRow("right to left") << QStringList{u"שלום"_s, u"שלום"_s, {}} << false;
     }
     void showsOddTitles()
     {
-        QFETCH(const QString, title);
+        QFETCH(const QStringList, texts);
         open(u"x/"_s, [&] {
             const QRect place = control("lblSearchState")->geometry();
             m_server.waitForRequests(m_asked + 1);
             m_server.reply(int(m_asked + 1),
-                           uR"({"results":[{"artist":"A","track":"%1"}]})"_s.arg(title).toUtf8());
+                           uR"({"results":[{"artist":"A","track":"%1"}]})"_s.arg(texts[0]).toUtf8());
             const auto cell = [this](int column) { return table()->model()->index(0, column); };
             QTRY_VERIFY_WITH_TIMEOUT(cell(0).isValid(), 20'000);
-            QTEST(cell(0).data().toString(), "text");
+            QCOMPARE(cell(0).data(), texts[1]);
             QCOMPARE(cell(1).data(), u"A"_s);
             QCOMPARE(control("lblSearchState")->geometry(), place);
             const QRect box = table()->visualRect(cell(0));
             QHelpEvent hover(QEvent::ToolTip, box.center(), table()->viewport()->mapToGlobal(box.center()));
             QApplication::sendEvent(table()->viewport(), &hover);
-            QTEST(QToolTip::text(), "tip");
+            QCOMPARE(QToolTip::text(), texts[2]);
             const QRect left(box.topLeft(), QSize(box.width() / 4, box.height() - 1));
             const QImage image = table()->viewport()->grab(left).toImage();
             QImage blank = image;
@@ -266,14 +258,8 @@ private Q_SLOTS:
 
     void isAccessible()
     {
-        QAccessible::installUpdateHandler([](QAccessibleEvent *event) {
-            const auto *const label = qobject_cast<QLabel *>(event->object());
-            if (event->type() == QAccessible::ObjectShow && label && label->objectName() == u"lblSearchState")
-                logged += label->text();
-        });
         open(u"Air/Moe"_s, [this] {
-            take(u"reply 1 songs; double 1 0; double 2 0"_s);
-            QCOMPARE(logged.mid(logged.size() - 2), (QStringList{u"Found 4 results"_s, u"Downloading..."_s}));
+            take(u"reply 1 songs; double 1 0"_s);
             for (const char *name : {"lblTrackName", "lblArtistName", "btnSearch", "tableView", "btnDownload",
                                      "btnCancel", "loadingIndicater", "lblSearchState"}) {
                 const QAccessibleInterface *const face = QAccessible::queryAccessibleInterface(control(name));
@@ -284,7 +270,6 @@ private Q_SLOTS:
             QCOMPARE(state->text(QAccessible::Name), u"Downloading..."_s);
             QCOMPARE(state->role(), QAccessible::Notification); // announced wherever the focus is
         });
-        QAccessible::installUpdateHandler(nullptr);
     }
 
     void speaksTheUsersLanguage()
@@ -314,7 +299,7 @@ private Q_SLOTS:
         }
     }
 
-    // The application quits in a completion, which also deletes the dialog's parent. Then exit() ends a modal loop
+    // A completion deletes the dialog's parent. Closing the only window does not quit the application. Then exit() ends a modal loop
     // and leaves popUp() to close the window. At last the application object is destroyed while the host holds the
     // controller and a reply and a selection are pending.
     void endsWithTheApplication()
@@ -328,9 +313,9 @@ private Q_SLOTS:
                 take(u"reply 1 songs; double 1 0; reply 2 lyric"_s);
                 QTRY_VERIFY_WITH_TIMEOUT(!m_window, 20'000);
             });
-            open(u"Air/Moe"_s, [this] {}); // the only window closes; the application must not quit
+            open(u"/"_s, [] {});
             open(u"Air/Moe"_s, [this] {
-                take(u"reply 4 one"_s);
+                take(u"reply 3 one"_s);
                 QTRY_COMPARE_WITH_TIMEOUT(control<QLabel>("lblSearchState")->text(), u"Found 1 results"_s,
                                           20'000);
                 take(u"key lblTrackName Return"_s);
@@ -366,11 +351,13 @@ private:
     /// What the user and the host see.
     QStringList state()
     {
+        static const QRegularExpression name(u"&?\\w+="_s);
         const QList<QByteArray> requests = m_server.requests().mid(m_asked);
         const QString form =
             QUrl::fromPercentEncoding(requests.value(requests.size() - 1)).section(u"\r\n\r\n"_s, 1);
         QStringList state{m_lyrics.join(u' '), logged.join(u' '),
-                          u"%1: %2"_s.arg(requests.size()).arg(form.section(u"&apiKey"_s, 0, 0))};
+                          QString::number(requests.size())
+                              + form.section(u"&apiKey"_s, 0, 0).replace(name, u"/"_s)};
         const bool isSearching = m_controller && m_controller->isSearching();
         if (!m_window)
             return state << u"gone"_s << (isSearching ? u"busy"_s : u"idle"_s) << QStringList(6);
@@ -383,9 +370,9 @@ private:
                      << (m_controller && isSearching != isBusy ? u"wrong"_s
                              : isBusy                          ? u"busy"_s
                                                                : u"idle"_s)
-                     << (control("btnSearch")->isEnabled() ? u"S"_s : u"no S"_s)
-                     << (control("btnDownload")->isEnabled() ? u"D"_s : u"no D"_s) << u'[' + titles + u']'
-                     << (selectedRow() < 0 ? u"no row"_s : u"row %1"_s.arg(selectedRow()))
+                     << (control("btnSearch")->isEnabled() ? u"S"_s : u"-S"_s)
+                     << (control("btnDownload")->isEnabled() ? u"D"_s : u"-D"_s) << u'[' + titles + u']'
+                     << (selectedRow() < 0 ? u"-row"_s : u"row %1"_s.arg(selectedRow()))
                      << (focus ? focus->objectName() : QString())
                      << control<QLabel>("lblSearchState")->text();
     }
@@ -465,14 +452,12 @@ private:
             QTest::keyClick(field, Qt::Key_Delete);
             QTest::keyClicks(field, rest);
         } else if (verb == u"key" || verb == u"held") {
-            control(qPrintable(object))->setFocus();
-            const QKeyCombination keys =
-                verb == u"key" ? QKeySequence(rest)[0] : QKeyCombination(Qt::Key_Return);
-            QKeyEvent press(QEvent::KeyPress, keys.key(), keys.keyboardModifiers(), u"\r"_s, true);
-            if (verb == u"key")
-                QTest::keyClick(control(qPrintable(object)), keys.key(), keys.keyboardModifiers());
-            else
-                QApplication::sendEvent(control(qPrintable(object)), &press);
+            auto *const target = control(qPrintable(object));
+            target->setFocus();
+            const QKeyCombination keys = QKeySequence(rest)[0];
+            QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, {}, u"\r"_s, true);
+            verb == u"held" ? void(QApplication::sendEvent(target, &held))
+                            : QTest::keyClick(target, keys.key(), keys.keyboardModifiers());
         }
         others.isEmpty() ? check() : take(others, check);
     }
