@@ -4,8 +4,6 @@
 
 #include <QVSongLrc/QVLyricService.h>
 
-#include <QFile>
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTest>
@@ -33,42 +31,42 @@ public:
         }
         close(ends[1]);
         m_socket = ends[0];
-        while (!m_output.contains('\n') && read(0)) {
+        while (!m_output.endsWith('\n') && read(0)) {
         }
-        const QJsonObject start = takeLine();
-        QFile authority(start[QLatin1StringView("authority")].toString());
-        if (authority.open(QFile::ReadOnly))
-            QVLyricService::addCertificateAuthorities(authority.readAll());
+        const QJsonDocument start = QJsonDocument::fromJson(std::exchange(m_output, {}));
+        QVLyricService::addCertificateAuthorities(start[QLatin1StringView("pem")].toString().toLatin1());
         m_port = quint16(start[QLatin1StringView("ports")][QLatin1StringView(port)].toInt());
         QVLyricService::setEndpoint(QStringLiteral("127.0.0.1"), m_port);
     }
     ~LookupServer()
     {
-        close(m_socket);
+        shutdown(m_socket, SHUT_WR);
         waitpid(m_process, nullptr, 0);
+        close(m_socket);
     }
     Q_DISABLE_COPY_MOVE(LookupServer)
 
     quint16 port() const { return m_port; }
 
     /// The requests so far that contain \p part, each with head and body.
-    QList<QByteArray> requests(const QByteArray &part = {})
+    QByteArrayList requests(const QByteArray &part = {})
     {
         while (read(MSG_DONTWAIT)) {
         }
-        while (m_output.contains('\n'))
-            m_requests += takeLine()[QLatin1StringView("request")].toString().toLatin1();
-        QList<QByteArray> containing;
-        for (const QByteArray &request : m_requests)
-            if (request.contains(part))
-                containing += request;
+        QByteArrayList lines = m_output.split('\n');
+        m_output = lines.takeLast(); // not complete yet
+        for (const QByteArray &line : lines)
+            m_requests += QJsonDocument::fromJson(line)[QLatin1StringView("request")].toString().toLatin1();
+        QByteArrayList containing = m_requests;
+        containing.removeIf([&part](const QByteArray &request) { return !request.contains(part); });
         return containing;
     }
 
-    /// Runs the event loop until the server has received \p count requests; false when that takes more than 20 s.
-    bool waitForRequests(qsizetype count)
+    /// Runs the event loop until the server has received \p count requests that contain \p part; false when that takes
+    /// more than 20 s.
+    bool waitForRequests(qsizetype count, const QByteArray &part = {})
     {
-        return QTest::qWaitFor([this, count] { return requests().size() >= count; }, 20'000);
+        return QTest::qWaitFor([&] { return requests(part).size() >= count; }, 20'000);
     }
 
     /// Answers the held request \p number; the first is 1.
@@ -90,17 +88,9 @@ private:
         return size > 0;
     }
 
-    QJsonObject takeLine()
-    {
-        const qsizetype end = m_output.indexOf('\n') + 1;
-        const QByteArray line = m_output.first(end);
-        m_output.remove(0, end);
-        return QJsonDocument::fromJson(line).object();
-    }
-
     pid_t m_process;
     int m_socket;
     quint16 m_port = 0;
     QByteArray m_output;
-    QList<QByteArray> m_requests;
+    QByteArrayList m_requests;
 };

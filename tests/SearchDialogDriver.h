@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 inline const QHash<QString, QByteArray> Replies = {
     {u"songs"_s, R"({"results":[{"track":"Bells","artist":"Zoe","link":"1"},
         {"track":"Air","artist":"Moe","link":"2"}, {"track":"Clouds","artist":"Moe","link":"3"},
-        {"track":"Dawn","artist":"Abe"}]})"},
+        {"track":"Dawn","artist":"Abe","link":""}]})"},
     {u"accents"_s, R"({"results":[{"track":"b","artist":"Z","link":"1"},
         {"track":"é","artist":"m","link":"2"}, {"track":"A","artist":"M","link":"3"},
         {"track":"f","artist":"m","link":"4"}, {"track":"C","artist":"m","link":"5"}]})"},
@@ -203,10 +203,9 @@ protected:
             m_window = qobject_cast<QDialog *>(QApplication::activeModalWidget());
             m_window->activateWindow();
             QVERIFY(QTest::qWaitForWindowActive(m_window, 20'000));
-            const QPointer<QDialog> window = m_window;
             script();
-            if (window)
-                window->close();
+            if (m_window)
+                m_window->close();
         });
         const auto controller = QVLyricSearchWndCtl::popUp(names.section(u'/', 0, 0), names.section(u'/', 1),
                                                            m_context.get(), m_completion, m_parent.get());

@@ -134,8 +134,8 @@ private Q_SLOTS:
             {"ko", "검색 중…|다운로드 중…|결과 %@개를 찾았습니다|가사를 찾지 못했습니다"},
             {"zh_SG", "正在搜索…|正在下载…|找到 %@ 个结果|没有找到歌词"},
             {"zh_HK", "正在搜尋…|正在下載…|找到 %@ 個結果|沒有找到歌詞"},
-            {"it", "Searching...|Downloading...|Found %@ results|Found no lyric"},
             {"en_GB", "Searching...|Downloading...|Found %@ results|Found no lyric"},
+            {"it", "Searching...|Downloading...|Found %@ results|Found no lyric"},
         };
         for (const auto &row : rows) {
             QLocale::setDefault(QLocale(QLatin1StringView(row.language)));
@@ -156,25 +156,28 @@ private Q_SLOTS:
             QVERIFY(m_window->isVisible()); // closes after its completion
             m_parent = nullptr;
         };
-        QTimer::singleShot(0, qApp, [this] {
+        QPointer<QDialog> last;
+        QTimer::singleShot(0, qApp, [&, this] {
             open(u"Air/Moe"_s, [this] {
                 take(u"reply 1 songs; double 1 0; reply 2 lyric"_s);
                 QTRY_VERIFY_WITH_TIMEOUT(!m_window, 20'000);
             });
             open(u"/"_s, [] {});
-            open(u"Air/Moe"_s, [this] {
+            open(u"Air/Moe"_s, [&, this] {
                 take(u"reply 3 one"_s);
                 QTRY_COMPARE_WITH_TIMEOUT(control<QLabel>("lblSearchState")->text(), u"Found 1 results"_s,
                                           20'000);
                 take(u"key lblTrackName Return"_s);
+                QVERIFY(m_window->isVisible());
                 QCoreApplication::exit(7);
+                last = std::exchange(m_window, nullptr); // open() must not close it
             });
         });
         QCOMPARE(QApplication::exec(), 7);
-        QVERIFY(m_window && !m_window->isVisible());
+        QVERIFY(last && !last->isVisible());
         const std::weak_ptr<QVLyricSearchWndCtl> life = m_controller;
         m_application = nullptr;
-        QVERIFY(!m_window && !life.expired());
+        QVERIFY(!last && !life.expired());
         m_controller = nullptr;
         QVERIFY(life.expired());
         QVERIFY_THROWS_EXCEPTION(std::invalid_argument,
