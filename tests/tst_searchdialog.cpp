@@ -147,9 +147,9 @@ private Q_SLOTS:
         }
     }
 
-    // A completion deletes the dialog's parent. Closing the only window does not quit the application. Then exit() ends a modal loop
-    // and leaves popUp() to close the window. At last the application object is destroyed while the host holds the
-    // controller and a reply and a selection are pending.
+    // A completion deletes the dialog's parent, and closing the only window does not quit the application. Then exit()
+    // ends a modal loop and leaves popUp() to close the window. At last the application object is destroyed while the
+    // host holds the controller and a reply and a selection are pending.
     void endsWithTheApplication()
     {
         m_completion = [this](const QString &) {
@@ -163,6 +163,7 @@ private Q_SLOTS:
                 QTRY_VERIFY_WITH_TIMEOUT(!m_window, 20'000);
             });
             open(u"/"_s, [] {});
+            QCoreApplication::processEvents(); // no event that quits
             open(u"Air/Moe"_s, [&, this] {
                 take(u"reply 3 one"_s);
                 QTRY_COMPARE_WITH_TIMEOUT(control<QLabel>("lblSearchState")->text(), u"Found 1 results"_s,
