@@ -185,12 +185,13 @@ private Q_SLOTS:
 
     void takesTypedTimes()
     {
-        const Line line = makeLine({1'000, 5'000}, {});
-        for (const qint64 index : {qint64(2), qint64(-1), Max, Min})
+        const Line line = makeLine({1'000, 5'000, 7'000}, {});
+        for (const qint64 index : {qint64(3), qint64(-1), Max, Min})
             line->updateWithTimeStr(u"["_s, index);
         QVERIFY_THROWS_EXCEPTION(std::out_of_range, line->updateWithTimeStr(u"["_s, 0));
-        QCOMPARE(*line->aryTimes(), (QVTimeList{1'000, 5'000}));
+        QCOMPARE(*line->aryTimes(), (QVTimeList{1'000, 5'000, 7'000}));
         line->updateWithTimeStr(u"[00:02.03]"_s, 1);
+        line->updateWithTimeStr(u""_s, 2);
         line->updateWithTimeStr({}, 0);
         QCOMPARE(*line->aryTimes(), QVTimeList{2'029});
     }
