@@ -135,8 +135,8 @@ private Q_SLOTS:
                     const QString added = randomText(random, random.bounded(3), alphabet);
                     text.replace(random.bounded(text.size() + 1), random.bounded(3), added);
                 }
-                if (random.bounded(3) == 0) // shifted
-                    text = text.mid(count) + randomText(random, count, alphabet);
+                if (const int shift = random.bounded(100); random.bounded(3) == 0)
+                    text = text.mid(shift) + randomText(random, shift, alphabet);
                 candidates += {{Key_Lyric_Trackname, text}, {Key_Lyric_Artist, u"a"_s}, {u"link"_s, count}};
                 text += u'a';
                 const float right = score(text, query);
