@@ -4,6 +4,7 @@
 
 #include "LyricReader.h"
 #include "QVLineWriter.h"
+#include "model/LineBlocks.h"
 #include "model/OwnedString.h"
 #include "model/QVSongLine_p.h"
 #include "model/TimeText.h"
@@ -15,24 +16,29 @@ using namespace QVSongLrcPrivate;
 
 namespace {
 
-// Sorts by play time, a double, so times above 2^53 ms may count as equal. Lines with equal play times keep
-// their order. It sorts small keys, since following pointers to the lines in every comparison is slow.
-void sortByPlayTime(QVSongLineList &lines)
+// A line of the preview, before the lines are in order.
+struct Entry
 {
-    std::vector<std::pair<double, qsizetype>> keys; // play time, index
-    keys.reserve(std::size_t(lines.size()));
-    for (qsizetype i = 0; i < lines.size(); ++i)
-        keys.emplace_back(lines[i]->playTime(), i);
-    // Comparing the indexes, too, would allow std::sort(), but is slower on the usual, almost sorted lyric.
-    const auto isEarlier = [](const auto &a, const auto &b) { return a.first < b.first; };
-    if (std::is_sorted(keys.cbegin(), keys.cend(), isEarlier))
-        return;
-    std::stable_sort(keys.begin(), keys.end(), isEarlier);
-    QVSongLineList sorted;
-    sorted.reserve(lines.size());
-    for (const auto &[playTime, index] : keys)
-        sorted.append(std::move(lines[index]));
-    lines = std::move(sorted);
+    QStringView key; // null: a lyric line
+    QStringView text;
+    QVTextRange range;
+};
+
+// When an entry or a lyric line plays, and its index. Sorting these is faster than sorting what they stand for.
+struct Moment
+{
+    qint64 milliseconds;
+    qsizetype index;
+
+    static bool isEarlier(const Moment &a, const Moment &b) { return a.milliseconds < b.milliseconds; }
+};
+
+// Entries with equal times keep their order. Comparing the indexes, too, would allow std::sort(), but is slower on
+// the usual, almost sorted lyric.
+void sort(std::vector<Moment> &moments)
+{
+    if (!std::is_sorted(moments.cbegin(), moments.cend(), Moment::isEarlier))
+        std::stable_sort(moments.begin(), moments.end(), Moment::isEarlier);
 }
 
 } // namespace
@@ -40,6 +46,7 @@ void sortByPlayTime(QVSongLineList &lines)
 struct QVPreviewSong::Private
 {
     std::shared_ptr<QVSongLineList> lines;
+    std::vector<Moment> lyricMoments; // the lyric lines of the last build
     QString songText;
     QString tagSongText;
 };
@@ -53,56 +60,76 @@ QVPreviewSong::~QVPreviewSong() = default;
 
 void QVPreviewSong::buildWithLrcText(const QString &text)
 {
-    const QString source = ownedString(text);
-    const auto lines = std::make_shared<QVSongLineList>();
-    const auto appendLine = [&](QStringView lineText, qint64 milliseconds) -> QVSongLine & {
-        QVSongLine &line = *lines->emplaceBack(std::make_shared<QVSongLine>());
-        line.setTextSlice(source, lineText);
-        line.m_ownTimes.append(milliseconds);
-        return line;
-    };
-
-    struct TimeTag
-    {
-        qint64 milliseconds;
-        qsizetype end; // in the raw line
-    };
-    QVarLengthArray<TimeTag, 16> timeTags;
+    std::vector<Entry> entries;
+    std::vector<Moment> moments;
     quint64 offset = 0; // of the line's text in a text that has no tags and is not yet sorted
     qint64 propertyCount = 0;
+    qsizetype displayLength = 0;
+    const auto append = [&](const Entry &entry, qint64 milliseconds, qsizetype tagLength) {
+        moments.push_back({milliseconds, qsizetype(entries.size())});
+        entries.push_back(entry);
+        displayLength += tagLength + entry.text.size() + 1;
+    };
     readLyric(
-        source,
-        [&](const TagScanner::Property &property) {
-            QVSongLine &line = appendLine(property.value, propertyCount * 1000 + 200);
-            line.m_isProperty = true;
-            line.m_propertyStr = property.key.toString();
-            line.m_txtRg = {offset, quint64(property.value.size())};
+        text,
+        [&](QStringView, const TagScanner::Property &property) {
+            const auto [key, value] = property;
+            append({key, value, {offset, quint64(value.size())}}, propertyCount * 1000 + 200, key.size() + 3);
             ++propertyCount;
-            if (!property.value.isEmpty())
-                offset += quint64(property.value.size()) + 1;
+            if (!value.isEmpty())
+                offset += quint64(value.size()) + 1;
         },
-        [&](QStringView rawLine) {
-            timeTags.clear();
-            qsizetype end = 0;
-            while (const auto tag = TagScanner::timeTag(rawLine, end)) {
-                end = tag->end;
-                timeTags.append({TimeText::fromTag(rawLine.sliced(tag->begin, end - tag->begin)), end});
-            }
-            const QStringView lineText = timeTags.isEmpty() ? QStringView() : rawLine.sliced(end);
-            for (const TimeTag &tag : std::as_const(timeTags)) {
+        [&](const LyricLine &line) {
+            for (const LyricLine::TimeTag &tag : line.tags) {
                 // Intended: until the preview is written, the length includes the tags after this one.
-                appendLine(lineText, tag.milliseconds).m_txtRg = {offset, quint64(rawLine.size() - tag.end)};
+                append({QStringView(), line.text(), {offset, quint64(line.raw.size() - tag.end)}},
+                       tag.milliseconds, TimeText::tagLength(tag.milliseconds));
             }
-            offset += quint64(lineText.size()) + 1;
+            offset += (line.tags.isEmpty() ? 0 : quint64(line.text().size())) + 1;
         });
+    sort(moments);
 
-    sortByPlayTime(*lines);
-    // Writing the preview is faster if the lines' tags and texts are stored in play order. But a text with
-    // many tags is repeated for each of them: if that takes too much memory, the lines keep slicing the
-    // source.
-    QVLineWriter::gatherTexts(*lines, 2 * text.size());
-    lines->squeeze();
-    d->lines = lines;
+    // The lines slice a text in which they are in play order, which makes writing them fast. But a text with many
+    // tags is repeated for each of them: if that takes too much memory, the lines slice the text they come from.
+    const bool isGathered = displayLength <= 2 * text.size();
+    QString source = isGathered ? QString(displayLength, Qt::Uninitialized) : ownedString(text);
+    char16_t *const begin = isGathered ? reinterpret_cast<char16_t *>(source.data()) : nullptr;
+    char16_t *out = begin;
+    LineBlocks lines(qsizetype(entries.size()));
+    d->lyricMoments.clear();
+    for (qsizetype i = 0; i < qsizetype(moments.size()); ++i) {
+        const auto [milliseconds, index] = moments[std::size_t(i)];
+        const auto &[key, lineText, range] = entries[std::size_t(index)];
+        LineSlice slice{lineText.utf16() - QStringView(text).utf16(), lineText, 0, key, isGathered};
+        if (!key.isNull())
+            slice.prefixLength = key.size() + 2;
+        if (isGathered) {
+            const char16_t *const display = out;
+            if (key.isNull()) {
+                out = TimeText::writeTag(out, milliseconds);
+                slice.prefixLength = out - display;
+                out = writeText(out, lineText);
+            } else {
+                out = writePropertyTag(out, key, lineText);
+            }
+            *out++ = u'\n';
+            slice.position = display - begin + slice.prefixLength;
+        }
+        LineBlocks::addTime(lines.append(slice, range), milliseconds);
+        if (key.isNull())
+            d->lyricMoments.push_back({milliseconds, i});
+    }
+    d->lines = lines.finish(source);
+}
+
+qsizetype QVPreviewSong::lineIndexAt(qint64 milliseconds) const
+{
+    const auto &moments = d->lyricMoments;
+    const Moment asked{milliseconds, 0};
+    const auto after = std::upper_bound(moments.cbegin(), moments.cend(), asked, Moment::isEarlier);
+    if (after == moments.cbegin())
+        return -1;
+    return std::lower_bound(moments.cbegin(), after, *std::prev(after), Moment::isEarlier)->index;
 }
 
 QString QVPreviewSong::previewSongTextWithHasTag(bool hasTag)
