@@ -28,6 +28,13 @@ struct LyricLine
     QStringView text() const { return raw.sliced(textBegin()); }
 };
 
+/// About the number of lines of a lyric.
+inline qsizetype expectedLines(QStringView text)
+{
+    constexpr qsizetype UsualLineLength = 24;
+    return text.size() / UsualLineLength;
+}
+
 /// Finds the tags of a raw line of any form.
 template <typename OnProperty, typename OnLyric>
 void readAnyLine(LyricLine &line, OnProperty onProperty, OnLyric onLyric)

@@ -33,7 +33,7 @@ QVEditSong::~QVEditSong() = default;
 void QVEditSong::buildWithLrcText(const QString &text)
 {
     SongTextWriter writer(text);
-    LineBlocks lines(text.size());
+    LineBlocks lines(expectedLines(text));
     readLyric(
         text,
         [&](QStringView raw, const TagScanner::Property &property) {

@@ -3,7 +3,9 @@
 #include <QVSongLrc/QVPreviewSong.h>
 
 #include "LyricReader.h"
+#include "Moments.h"
 #include "QVLineWriter.h"
+#include "model/HugePages.h"
 #include "model/LineBlocks.h"
 #include "model/OwnedString.h"
 #include "model/QVSongLine_p.h"
@@ -24,29 +26,12 @@ struct Entry
     QVTextRange range;
 };
 
-// When an entry or a lyric line plays, and its index. Sorting these is faster than sorting what they stand for.
-struct Moment
-{
-    qint64 milliseconds;
-    qsizetype index;
-
-    static bool isEarlier(const Moment &a, const Moment &b) { return a.milliseconds < b.milliseconds; }
-};
-
-// Entries with equal times keep their order. Comparing the indexes, too, would allow std::sort(), but is slower on
-// the usual, almost sorted lyric.
-void sort(std::vector<Moment> &moments)
-{
-    if (!std::is_sorted(moments.cbegin(), moments.cend(), Moment::isEarlier))
-        std::stable_sort(moments.begin(), moments.end(), Moment::isEarlier);
-}
-
 } // namespace
 
 struct QVPreviewSong::Private
 {
     std::shared_ptr<QVSongLineList> lines;
-    std::vector<Moment> lyricMoments; // the lyric lines of the last build
+    std::vector<Moment> lyricMoments; // of the lyric lines of the last build, in order
     QString songText;
     QString tagSongText;
 };
@@ -62,6 +47,10 @@ void QVPreviewSong::buildWithLrcText(const QString &text)
 {
     std::vector<Entry> entries;
     std::vector<Moment> moments;
+    entries.reserve(std::size_t(expectedLines(text)));
+    preferHugePages(entries.data(), expectedLines(text));
+    moments.reserve(std::size_t(expectedLines(text)));
+    preferHugePages(moments.data(), expectedLines(text));
     quint64 offset = 0; // of the line's text in a text that has no tags and is not yet sorted
     qint64 propertyCount = 0;
     qsizetype displayLength = 0;
@@ -87,17 +76,30 @@ void QVPreviewSong::buildWithLrcText(const QString &text)
             }
             offset += (line.tags.isEmpty() ? 0 : quint64(line.text().size())) + 1;
         });
-    sort(moments);
+    sortMoments(moments);
 
     // The lines slice a text in which they are in play order, which makes writing them fast. But a text with many
     // tags is repeated for each of them: if that takes too much memory, the lines slice the text they come from.
     const bool isGathered = displayLength <= 2 * text.size();
-    QString source = isGathered ? QString(displayLength, Qt::Uninitialized) : ownedString(text);
+    QString source = isGathered ? QString(displayLength + 64, Qt::Uninitialized) : ownedString(text);
     char16_t *const begin = isGathered ? reinterpret_cast<char16_t *>(source.data()) : nullptr;
+    preferHugePages(begin, displayLength);
     char16_t *out = begin;
+    const char16_t *const textEnd = QStringView(text).utf16() + text.size();
     LineBlocks lines(qsizetype(entries.size()));
-    d->lyricMoments.clear();
+    std::size_t lyricCount = 0;
     for (qsizetype i = 0; i < qsizetype(moments.size()); ++i) {
+        constexpr qsizetype Ahead = 16;
+        if (i + Ahead < qsizetype(moments.size())) {
+            const Entry &ahead = entries[std::size_t(moments[std::size_t(i + Ahead)].index)];
+            __builtin_prefetch(&ahead);
+        }
+        if (i + Ahead / 2 < qsizetype(moments.size())) {
+            const Entry &ahead = entries[std::size_t(moments[std::size_t(i + Ahead / 2)].index)];
+            __builtin_prefetch(ahead.text.utf16());
+            __builtin_prefetch(ahead.text.utf16() + 32);
+            __builtin_prefetch(ahead.text.utf16() + 63);
+        }
         const auto [milliseconds, index] = moments[std::size_t(i)];
         const auto &[key, lineText, range] = entries[std::size_t(index)];
         LineSlice slice{lineText.utf16() - QStringView(text).utf16(), lineText, 0, key, isGathered};
@@ -108,7 +110,10 @@ void QVPreviewSong::buildWithLrcText(const QString &text)
             if (key.isNull()) {
                 out = TimeText::writeTag(out, milliseconds);
                 slice.prefixLength = out - display;
-                out = writeText(out, lineText);
+                if (lineText.size() <= 64 && textEnd - lineText.utf16() >= 64)
+                    std::memcpy(out, lineText.utf16(), 128), out += lineText.size();
+                else
+                    out = writeText(out, lineText);
             } else {
                 out = writePropertyTag(out, key, lineText);
             }
@@ -117,8 +122,12 @@ void QVPreviewSong::buildWithLrcText(const QString &text)
         }
         LineBlocks::addTime(lines.append(slice, range), milliseconds);
         if (key.isNull())
-            d->lyricMoments.push_back({milliseconds, i});
+            moments[lyricCount++] = {milliseconds, i};
     }
+    moments.resize(lyricCount);
+    d->lyricMoments = std::move(moments);
+    if (isGathered)
+        source.truncate(displayLength);
     d->lines = lines.finish(source);
 }
 

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "SongTextWriter.h"
 
+#include "model/HugePages.h"
+
 #include <algorithm>
 
 namespace QVSongLrcPrivate {
@@ -44,6 +46,7 @@ void SongTextWriter::reserve(qsizetype length)
         return;
     m_songText.resize(std::max(needed + needed / 4, m_source.size() + m_source.size() / 64 + 64));
     m_text = reinterpret_cast<char16_t *>(m_songText.data());
+    preferHugePages(m_text + m_length, m_songText.size() - m_length);
 }
 
 } // namespace QVSongLrcPrivate

@@ -2,63 +2,44 @@
 // SPDX-License-Identifier: MIT
 #include "LineBlocks.h"
 
-#include "QVSongLine_p.h"
+#include "HugePages.h"
 
-#include <utility>
+#include <cstdlib>
+#include <new>
 
 namespace QVSongLrcPrivate {
 namespace {
 
 constexpr qsizetype LinesPerBlock = 64;
+constexpr qsizetype LinesPerHugePage = HugePageSize / qsizetype(sizeof(QVSongLine));
+constexpr qsizetype LargeDocument = 4 * LinesPerHugePage;
+
 } // namespace
 
-LineBlocks::LineBlocks(qsizetype textLength)
+LineBlocks::Block::Block(qsizetype lineCapacity, std::size_t alignment)
+    : lines(static_cast<QVSongLine *>(
+        std::aligned_alloc(alignment, std::size_t(lineCapacity) * sizeof(QVSongLine))))
+    , capacity(lineCapacity)
 {
-    constexpr qsizetype UsualLineLength = 32;
-    m_lines->reserve(textLength / UsualLineLength);
+    if (!lines)
+        throw std::bad_alloc();
 }
 
-QVSongLine &LineBlocks::append(const LineSlice &slice, QVTextRange range)
+LineBlocks::Block::~Block()
 {
-    if (m_blocks.empty() || m_used == LinesPerBlock) {
-        closeBlock();
-        m_blocks.push_back(std::make_shared<Block>());
-        m_blocks.back()->lines = std::make_unique<QVSongLine[]>(LinesPerBlock);
-    }
-    Block &block = *m_blocks.back();
-    QVSongLine &line = block.lines[std::size_t(m_used++)];
-    line.m_source = &block.text;
-    line.m_isProperty = !slice.key.isNull();
-    line.m_txtRg = range;
-    line.m_position = slice.position;
-    line.m_textLength = quint32(slice.text.size());
-    line.m_prefixLength = quint8(slice.prefixLength);
-    if (line.m_textLength == slice.text.size() && line.m_prefixLength == slice.prefixLength) [[likely]] {
-        line.m_textIsSlice = true;
-        line.m_keyIsSlice = line.m_isProperty;
-        line.m_displayIsSlice = slice.isDisplay;
-    } else {
-        line.setLineText(slice.text.toString());
-        line.setPropertyStr(slice.key.toString());
-    }
-    return line;
+    std::destroy_n(lines, lineCount);
+    std::free(lines);
 }
 
-void LineBlocks::addTime(QVSongLine &line, qint64 milliseconds)
+LineBlocks::LineBlocks(qsizetype expectedLines)
+    : m_isLarge(expectedLines >= LargeDocument)
 {
-    const bool displayIsSlice = line.m_displayIsSlice;
-    line.appendTime(milliseconds);
-    line.m_displayIsSlice = displayIsSlice;
+    m_lines->reserve(expectedLines);
+    preferHugePages(m_lines->data(), m_lines->capacity());
 }
 
 std::shared_ptr<QVSongLineList> LineBlocks::finish(const QString &text)
 {
-    if (!m_blocks.empty() && m_used < LinesPerBlock) {
-        auto exact = std::make_unique<QVSongLine[]>(std::size_t(m_used));
-        for (qsizetype i = 0; i < m_used; ++i)
-            exact[std::size_t(i)] = std::move(m_blocks.back()->lines[std::size_t(i)]);
-        m_blocks.back()->lines = std::move(exact);
-    }
     closeBlock();
     for (const auto &block : m_blocks)
         block->text = text;
@@ -67,11 +48,24 @@ std::shared_ptr<QVSongLineList> LineBlocks::finish(const QString &text)
     return std::move(m_lines);
 }
 
+void LineBlocks::openBlock()
+{
+    closeBlock();
+    if (m_isLarge) {
+        m_blocks.push_back(std::make_shared<Block>(LinesPerHugePage, HugePageSize));
+        preferHugePages(m_blocks.back()->lines, LinesPerHugePage);
+    } else {
+        m_blocks.push_back(std::make_shared<Block>(LinesPerBlock, alignof(QVSongLine)));
+    }
+}
+
 void LineBlocks::closeBlock()
 {
-    for (qsizetype i = 0; i < m_used; ++i)
-        m_lines->emplaceBack(m_blocks.back(), &m_blocks.back()->lines[std::size_t(i)]);
-    m_used = 0;
+    if (m_blocks.empty())
+        return;
+    const auto &block = m_blocks.back();
+    for (qsizetype i = 0; i < block->lineCount; ++i)
+        m_lines->emplaceBack(block, block->lines + i);
 }
 
 } // namespace QVSongLrcPrivate

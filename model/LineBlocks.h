@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QVSongLrc/QVSongLine.h>
+#include "QVSongLine_p.h"
 
 #include <vector>
 
@@ -18,14 +18,14 @@ struct LineSlice
     bool isDisplay = false;     // whether displayText() is what is there
 };
 
-/// Makes the lines of a document, in blocks that take two allocations for up to 64 lines.
+/// Makes the lines of a document, in blocks that take one allocation for many lines.
 ///
-/// Blocks are small, because a line that a host keeps keeps its block.
+/// A line that a host keeps keeps its block. So blocks have 64 lines, but in a text of many megabytes, which the line
+/// keeps, too, they take one huge page.
 class LineBlocks
 {
 public:
-    /// Lines are made for about \p textLength code units of lyrics.
-    explicit LineBlocks(qsizetype textLength);
+    explicit LineBlocks(qsizetype expectedLines);
 
     /// Appends a line with the range of its displayed text. The reference holds until the next call.
     QVSongLine &append(const LineSlice &slice, QVTextRange range);
@@ -39,15 +39,56 @@ public:
 private:
     struct Block
     {
+        Block(qsizetype capacity, std::size_t alignment);
+        ~Block();
+        Q_DISABLE_COPY_MOVE(Block)
+
         QString text;
-        std::unique_ptr<QVSongLine[]> lines;
+        QVSongLine *lines = nullptr;
+        qsizetype lineCount = 0;
+        qsizetype capacity = 0;
     };
 
+    void openBlock();
     void closeBlock();
 
     std::shared_ptr<QVSongLineList> m_lines = std::make_shared<QVSongLineList>();
     std::vector<std::shared_ptr<Block>> m_blocks; // the last one is open
-    qsizetype m_used = 0;                         // of the open block
+    bool m_isLarge;
 };
+
+inline QVSongLine &LineBlocks::append(const LineSlice &slice, QVTextRange range)
+{
+    if (m_blocks.empty() || m_blocks.back()->lineCount == m_blocks.back()->capacity)
+        openBlock();
+    Block &block = *m_blocks.back();
+    QVSongLine &line = *std::construct_at(block.lines + block.lineCount++);
+    line.m_source = &block.text;
+    line.m_isProperty = !slice.key.isNull();
+    line.m_txtRg = range;
+    line.m_position = slice.position;
+    line.m_textLength = quint32(slice.text.size());
+    line.m_prefixLength = quint8(slice.prefixLength);
+    if (line.m_textLength == slice.text.size() && line.m_prefixLength == slice.prefixLength) [[likely]] {
+        line.m_textIsSlice = true;
+        line.m_keyIsSlice = line.m_isProperty;
+        line.m_displayIsSlice = slice.isDisplay;
+    } else {
+        line.setLineText(slice.text.toString());
+        line.setPropertyStr(slice.key.toString());
+    }
+    return line;
+}
+
+inline void LineBlocks::addTime(QVSongLine &line, qint64 milliseconds)
+{
+    if (line.m_ownTimeCount < std::size(line.m_ownTimes) && milliseconds == qint32(milliseconds)) [[likely]] {
+        line.m_ownTimes[line.m_ownTimeCount++] = qint32(milliseconds);
+        return;
+    }
+    const bool displayIsSlice = line.m_displayIsSlice;
+    line.appendTime(milliseconds);
+    line.m_displayIsSlice = displayIsSlice;
+}
 
 } // namespace QVSongLrcPrivate

@@ -12,8 +12,6 @@ using namespace QVSongLrcPrivate;
 
 static_assert(sizeof(QVSongLine) == 64);
 
-QVSongLine::QVSongLine() = default;
-
 // The copy is in no block that would keep the source alive, so its text and key are its own.
 QVSongLine::QVSongLine(const QVSongLine &other)
     : m_isProperty(other.m_isProperty)
@@ -21,8 +19,8 @@ QVSongLine::QVSongLine(const QVSongLine &other)
 {
     extra().text = other.lineText();
     extra().key = other.propertyStr();
-    for (const qint64 time : other.times())
-        appendTime(time);
+    for (qsizetype i = 0; i < other.timeCount(); ++i)
+        appendTime(other.timeAt(i));
 }
 
 void QVSongLine::DeleteExtra::operator()(Extra *extra) const
@@ -42,13 +40,6 @@ std::shared_ptr<QVSongLine> QVSongLine::emptyLine()
     auto line = std::make_shared<QVSongLine>();
     line->setLineText(QStringLiteral(""));
     return line;
-}
-
-std::span<qint64> QVSongLine::timesToChange()
-{
-    m_displayIsSlice = false;
-    const auto list = times();
-    return {const_cast<qint64 *>(list.data()), list.size()};
 }
 
 // The list has its own reference count, not the line's: a line may be on the stack, and two lines that
@@ -127,19 +118,23 @@ bool QVSongLine::isEqual(const QVSongLine *other) const
         return false;
     if (m_isProperty)
         return equal(keyView(), other->keyView()) && equal(textView(), other->textView());
-    return std::ranges::equal(times(), other->times()) && equal(textView(), other->textView());
+    if (timeCount() != other->timeCount())
+        return false;
+    for (qsizetype i = 0; i < timeCount(); ++i) {
+        if (timeAt(i) != other->timeAt(i))
+            return false;
+    }
+    return equal(textView(), other->textView());
 }
 
 QString QVSongLine::description() const
 {
-    const auto list = times();
     QString shownTimes;
-    if (list.size() < 2) {
+    if (timeCount() < 2)
         shownTimes = QString::number(firstTime());
-    } else {
-        for (const qint64 time : list)
-            shownTimes += QString::number(time) + QLatin1StringView(" |");
-    }
+    else
+        for (qsizetype i = 0; i < timeCount(); ++i)
+            shownTimes += QString::number(timeAt(i)) + QLatin1StringView(" |");
     return QStringLiteral("%1 | {%2, %3} | %4\n")
         .arg(shownTimes, QString::number(m_txtRg.location), QString::number(m_txtRg.length),
              textOrPlaceholder(textView()));
@@ -149,15 +144,26 @@ void QVSongLine::shiftAllTime(qint64 milliseconds)
 {
     if (m_isProperty)
         return;
-    for (qint64 &time : timesToChange())
-        time = std::max<qint64>(Saturating::add(time, milliseconds), 0);
+    for (qsizetype i = 0; i < timeCount(); ++i)
+        setTimeAt(i, std::max<qint64>(Saturating::add(timeAt(i), milliseconds), 0));
+}
+
+void QVSongLine::setTimeAt(qsizetype index, qint64 milliseconds)
+{
+    m_displayIsSlice = false;
+    const bool isInList = m_extra && m_extra->times;
+    if (!isInList && milliseconds == qint32(milliseconds))
+        m_ownTimes[index] = qint32(milliseconds);
+    else
+        (*aryTimes())[index] = milliseconds;
 }
 
 void QVSongLine::appendTime(qint64 milliseconds)
 {
     m_displayIsSlice = false;
-    if ((!m_extra || !m_extra->times) && m_ownTimeCount < std::size(m_ownTimes))
-        m_ownTimes[m_ownTimeCount++] = milliseconds;
+    const bool isInList = m_extra && m_extra->times;
+    if (!isInList && milliseconds == qint32(milliseconds) && m_ownTimeCount < std::size(m_ownTimes))
+        m_ownTimes[m_ownTimeCount++] = qint32(milliseconds);
     else
         aryTimes()->append(milliseconds);
 }
@@ -176,11 +182,10 @@ void QVSongLine::updateWithText(const QString &text)
 
 void QVSongLine::updateWithTimeStr(const QString &timeStr, qint64 atIndex)
 {
-    const auto list = times();
-    if (atIndex < 0 || atIndex >= qint64(list.size()))
+    if (atIndex < 0 || atIndex >= timeCount())
         return;
     if (timeStr.isEmpty())
         aryTimes()->remove(atIndex);
     else
-        timesToChange()[std::size_t(atIndex)] = QVUtils::getTimeInterval(timeStr);
+        setTimeAt(atIndex, QVUtils::getTimeInterval(timeStr));
 }

@@ -69,17 +69,19 @@ inline QStringView QVSongLine::keyView() const
     return m_extra ? QStringView(m_extra->key) : QStringView();
 }
 
-inline std::span<const qint64> QVSongLine::times() const
+inline qsizetype QVSongLine::timeCount() const
 {
-    if (m_extra && m_extra->times)
-        return {m_extra->times->constData(), std::size_t(m_extra->times->size())};
-    return {m_ownTimes, m_ownTimeCount};
+    return m_extra && m_extra->times ? m_extra->times->size() : m_ownTimeCount;
+}
+
+inline qint64 QVSongLine::timeAt(qsizetype index) const
+{
+    return m_extra && m_extra->times ? m_extra->times->at(index) : m_ownTimes[index];
 }
 
 inline qint64 QVSongLine::firstTime() const
 {
-    const auto list = times();
-    return list.empty() ? 0 : list.front();
+    return timeCount() == 0 ? 0 : timeAt(0);
 }
 
 /// displayText() as a part of the source, or an absent text if it is none.
@@ -99,8 +101,8 @@ inline qsizetype QVSongLine::displayLength() const
     qsizetype length = textOrPlaceholder(textView()).size();
     if (m_isProperty)
         return textOrPlaceholder(keyView()).size() + length + 3;
-    for (const qint64 time : times())
-        length += TimeText::tagLength(time);
+    for (qsizetype i = 0; i < timeCount(); ++i)
+        length += TimeText::tagLength(timeAt(i));
     return length;
 }
 
@@ -112,7 +114,7 @@ inline char16_t *QVSongLine::writeDisplayText(char16_t *out) const
         return writeText(out, displaySlice());
     if (m_isProperty)
         return writePropertyTag(out, textOrPlaceholder(keyView()), textOrPlaceholder(textView()));
-    for (const qint64 time : times())
-        out = TimeText::writeTag(out, time);
+    for (qsizetype i = 0; i < timeCount(); ++i)
+        out = TimeText::writeTag(out, timeAt(i));
     return writeText(out, textOrPlaceholder(textView()));
 }

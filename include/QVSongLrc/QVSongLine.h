@@ -10,7 +10,6 @@
 #include <QVarLengthArray>
 
 #include <memory>
-#include <span>
 
 namespace QVSongLrcPrivate {
 class LineBlocks;
@@ -36,7 +35,7 @@ class QVSONGLRC_CORE_EXPORT QVSongLine
 {
 public:
     /// A lyric line without times. Its text and key are absent.
-    QVSongLine();
+    QVSongLine() = default;
 
     /// A new line with the same values. Its times are copied into a list of its own.
     explicit QVSongLine(const QVSongLine &other);
@@ -127,8 +126,9 @@ private:
 
     QStringView textView() const;
     QStringView keyView() const;
-    std::span<const qint64> times() const;
-    std::span<qint64> timesToChange();
+    qsizetype timeCount() const;
+    qint64 timeAt(qsizetype index) const;
+    void setTimeAt(qsizetype index, qint64 milliseconds);
     qint64 firstTime() const;
 
     QStringView displaySlice() const;
@@ -141,12 +141,12 @@ private:
     qint64 m_position = 0;                               // of the text, if it is a slice
     quint32 m_textLength = 0;                            // of the slice
     quint8 m_prefixLength = 0;                           // of "[key:" or the time tags right before the slice
-    quint8 m_ownTimeCount = 0;                           // 0 to 2; more times are in m_extra
+    quint8 m_ownTimeCount = 0;                           // more times, and large ones, are in m_extra
     bool m_isProperty = false;
     bool m_textIsSlice : 1 = false;
     bool m_keyIsSlice : 1 = false;
     mutable bool m_displayIsSlice : 1 = false; // displayText() is in the source, around the text
-    qint64 m_ownTimes[2] = {};
+    qint32 m_ownTimes[4] = {};
     QVTextRange m_txtRg;
 };
 
