@@ -6,49 +6,74 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
+#include <iterator>
 #include <utility>
 
 namespace QVSongLrcPrivate {
 namespace {
 
-// Radix sort: each pass takes some bits of the time.
-void sortByDigits(std::vector<Moment> &moments, quint64 greatest)
+constexpr auto isEarlier = [](const Moment &a, const Moment &b) { return a.milliseconds < b.milliseconds; };
+
+// A vector that takes `size` moments without another allocation.
+std::vector<Moment> roomFor(std::size_t size)
 {
-    constexpr int BitsPerPass = 11;
-    std::vector<Moment> sorted;
-    sorted.reserve(moments.size());
-    preferHugePages(sorted.data(), qsizetype(moments.size()));
+    std::vector<Moment> moments;
+    moments.reserve(size);
+    preferHugePages(moments.data(), qsizetype(size));
+    return moments;
+}
+
+template <typename IsLess>
+std::vector<Moment> merged(const std::vector<Moment> &a, const std::vector<Moment> &b, IsLess isLess)
+{
+    std::vector<Moment> all = roomFor(a.size() + b.size());
+    std::merge(a.cbegin(), a.cend(), b.cbegin(), b.cend(), std::back_inserter(all), isLess);
+    return all;
+}
+
+// Sorts by 11 bits of the time after the other, which is fast for any order of many moments.
+void radixSort(std::vector<Moment> &moments)
+{
+    constexpr int Bits = 11;
+    const qint64 latest = std::max_element(moments.cbegin(), moments.cend(), isEarlier)->milliseconds;
+    std::vector<Moment> sorted = roomFor(moments.size());
     sorted.resize(moments.size());
-    for (int shift = 0; shift < int(std::bit_width(greatest)); shift += BitsPerPass) {
-        std::array<std::size_t, std::size_t(1) << BitsPerPass> ends{};
-        const auto digit = [shift, &ends](const Moment &moment) -> std::size_t & {
-            return ends[std::size_t(moment.milliseconds >> shift) % ends.size()];
+    for (int shift = 0; shift < 64 && latest >> shift != 0; shift += Bits) {
+        std::array<std::size_t, std::size_t(1) << Bits> places{};
+        const auto place = [shift, &places](const Moment &moment) -> std::size_t & {
+            return places[std::size_t(moment.milliseconds >> shift) % places.size()];
         };
         for (const Moment &moment : moments)
-            ++digit(moment);
+            ++place(moment);
         std::size_t begin = 0;
-        for (std::size_t &end : ends)
-            begin += std::exchange(end, begin);
+        for (std::size_t &count : places)
+            begin += std::exchange(count, begin);
         for (const Moment &moment : moments)
-            sorted[digit(moment)++] = moment;
+            sorted[place(moment)++] = moment;
         moments.swap(sorted);
     }
 }
 
 } // namespace
 
-void sortMoments(std::vector<Moment> &moments)
+std::vector<Moment> sortedMoments(std::vector<Moment> firsts, std::vector<Moment> repeats)
 {
-    constexpr std::size_t Few = 1'000;
-    if (std::is_sorted(moments.cbegin(), moments.cend(), Moment::isEarlier))
-        return;
-    if (moments.size() < Few)
-        std::stable_sort(moments.begin(), moments.end(), Moment::isEarlier);
+    constexpr std::size_t Many = 1'000;
+    if (std::is_sorted(firsts.cbegin(), firsts.cend(), isEarlier)) {
+        if (repeats.empty())
+            return firsts;
+        std::stable_sort(repeats.begin(), repeats.end(), isEarlier);
+        return merged(firsts, repeats, [](const Moment &a, const Moment &b) {
+            return a.milliseconds != b.milliseconds ? a.milliseconds < b.milliseconds : a.index < b.index;
+        });
+    }
+    std::vector<Moment> moments =
+        merged(firsts, repeats, [](const Moment &a, const Moment &b) { return a.index < b.index; });
+    if (moments.size() < Many)
+        std::stable_sort(moments.begin(), moments.end(), isEarlier);
     else
-        sortByDigits(
-            moments,
-            quint64(std::max_element(moments.cbegin(), moments.cend(), Moment::isEarlier)->milliseconds));
+        radixSort(moments);
+    return moments;
 }
 
 } // namespace QVSongLrcPrivate

@@ -8,16 +8,17 @@
 
 namespace QVSongLrcPrivate {
 
-/// When something plays, and its index.
+/// When something plays, and its index. Times are not negative.
 struct Moment
 {
     qint64 milliseconds;
     qsizetype index;
-
-    static bool isEarlier(const Moment &a, const Moment &b) { return a.milliseconds < b.milliseconds; }
 };
 
-/// Sorts by time. Moments with equal times keep their order. Times must not be negative.
-void sortMoments(std::vector<Moment> &moments);
+/// Sorts moments by time. Moments with equal times are in order of their indexes.
+///
+/// The work is least for a usual lyric: \p firsts, from the first tags of the lines, ascends, and there are few
+/// \p repeats, from their other tags. Both must be in order of their indexes.
+std::vector<Moment> sortedMoments(std::vector<Moment> firsts, std::vector<Moment> repeats);
 
 } // namespace QVSongLrcPrivate
