@@ -69,7 +69,8 @@ void QVEditSong::buildWithLrcText(const QString &text)
                 LineBlocks::addTime(songLine, tag.milliseconds);
         });
     d->songText = writer.finish();
-    d->lines = lines.finish(d->songText);
+    lines.setText(d->songText);
+    d->lines = lines.lines();
 }
 
 QString QVEditSong::songText() const

@@ -2,17 +2,23 @@
 // SPDX-License-Identifier: MIT
 #include "QVLineWriter.h"
 
+#include "model/HugePages.h"
 #include "model/QVSongLine_p.h"
 
 namespace QVSongLrcPrivate {
 namespace {
 
-// Calls visit() for every line that is not null.
+// Calls visit() for every line that is not null. The lines of a preview may be anywhere in memory, so a later line is
+// fetched while one is visited.
 template <typename Visit>
 void forEachLine(const QVSongLineList &lines, Visit visit)
 {
-    for (const auto &line : lines) {
-        if (line)
+    constexpr qsizetype Ahead = 32;
+    const auto at = lines.cbegin();
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        if (i + Ahead < lines.size())
+            __builtin_prefetch(at[i + Ahead].get());
+        if (QVSongLine *const line = at[i].get())
             visit(*line);
     }
 }
@@ -70,6 +76,51 @@ QString QVLineWriter::writeDisplayTexts(const QVSongLineList &lines)
         return source;
     return write(lines, total,
                  [](const QVSongLine &line, char16_t *at) { return line.writeDisplayText(at); });
+}
+
+QString QVLineWriter::gatherDisplayTexts(const QVSongLineList &lines, qsizetype total)
+{
+    // Texts up to this length are copied as blocks of this length. A copy that depends on the length would take
+    // longer, since the processor mispredicts it for most lines.
+    constexpr qsizetype BlockLength = 64;
+    constexpr qsizetype Large = 10'000;
+    constexpr qsizetype Ahead = 32;
+    QString gathered(total + BlockLength, Qt::Uninitialized);
+    char16_t *const begin = reinterpret_cast<char16_t *>(gathered.data());
+    preferHugePages(begin, total);
+    char16_t *out = begin;
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        // In a large document, the next line and its text may be anywhere, so they are fetched from memory early.
+        if (lines.size() >= Large && i + 2 * Ahead < lines.size()) {
+            __builtin_prefetch(lines[i + 2 * Ahead].get());
+            const char16_t *const text = lines[i + Ahead]->textView().utf16();
+            for (qsizetype unit = 0; unit < BlockLength; unit += 31)
+                __builtin_prefetch(text + unit);
+        }
+        QVSongLine &line = *lines[i];
+        char16_t *const display = out;
+        const QStringView text = line.textView();
+        if (line.m_isProperty) {
+            out = writePropertyTag(out, line.keyView(), text);
+        } else {
+            out = TimeText::writeTag(out, line.firstTime());
+            line.m_prefixLength = quint8(out - display);
+            if (line.m_textIsSlice && text.size() <= BlockLength
+                && line.m_source->size() - line.m_position >= BlockLength) {
+                std::memcpy(out, text.utf16(), BlockLength * sizeof(char16_t));
+                out += text.size();
+            } else {
+                out = writeText(out, text);
+            }
+        }
+        if (line.m_textIsSlice) {
+            line.m_position = display + line.m_prefixLength - begin;
+            line.m_displayIsSlice = true;
+        }
+        *out++ = u'\n';
+    }
+    gathered.truncate(total);
+    return gathered;
 }
 
 QString QVLineWriter::writeLineTexts(const QVSongLineList &lines)

@@ -16,6 +16,11 @@ public:
     /// Writes the display texts.
     static QString writeDisplayTexts(const QVSongLineList &lines);
 
+    /// Writes the display texts of lines whose texts are slices of their source, into a text that the caller makes
+    /// their source then. Does not set the lines' ranges. \p total is the length of all display texts with their
+    /// line feeds.
+    static QString gatherDisplayTexts(const QVSongLineList &lines, qsizetype total);
+
     /// Writes the lines' texts without tags. Intended: the range of an absent text has length 0, although
     /// "(null)" is written.
     static QString writeLineTexts(const QVSongLineList &lines);

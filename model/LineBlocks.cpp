@@ -4,25 +4,27 @@
 
 #include "HugePages.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <new>
 
 namespace QVSongLrcPrivate {
 namespace {
 
-constexpr qsizetype LinesPerBlock = 64;
+constexpr qsizetype MaxLinesPerSmallBlock = 64;
 constexpr qsizetype LinesPerHugePage = HugePageSize / qsizetype(sizeof(QVSongLine));
 constexpr qsizetype LargeDocument = 4 * LinesPerHugePage;
 
 } // namespace
 
-LineBlocks::Block::Block(qsizetype lineCapacity, std::size_t alignment)
-    : lines(static_cast<QVSongLine *>(
-        std::aligned_alloc(alignment, std::size_t(lineCapacity) * sizeof(QVSongLine))))
-    , capacity(lineCapacity)
+LineBlocks::Block::Block(qsizetype capacity)
 {
+    const bool isLarge = capacity == LinesPerHugePage;
+    lines = static_cast<QVSongLine *>(std::aligned_alloc(isLarge ? HugePageSize : alignof(QVSongLine),
+                                                         std::size_t(capacity) * sizeof(QVSongLine)));
     if (!lines)
         throw std::bad_alloc();
+    preferHugePages(lines, capacity);
 }
 
 LineBlocks::Block::~Block()
@@ -32,40 +34,29 @@ LineBlocks::Block::~Block()
 }
 
 LineBlocks::LineBlocks(qsizetype expectedLines)
-    : m_isLarge(expectedLines >= LargeDocument)
+    : m_linesPerBlock(expectedLines >= LargeDocument
+                          ? LinesPerHugePage
+                          : std::clamp<qsizetype>(expectedLines, 8, MaxLinesPerSmallBlock))
 {
-    m_lines->reserve(expectedLines);
-    preferHugePages(m_lines->data(), m_lines->capacity());
 }
 
-std::shared_ptr<QVSongLineList> LineBlocks::finish(const QString &text)
+void LineBlocks::setText(const QString &text)
 {
-    closeBlock();
     for (const auto &block : m_blocks)
         block->text = text;
-    m_blocks.clear();
-    m_lines->squeeze();
-    return std::move(m_lines);
 }
 
-void LineBlocks::openBlock()
+std::shared_ptr<QVSongLineList> LineBlocks::lines() const
 {
-    closeBlock();
-    if (m_isLarge) {
-        m_blocks.push_back(std::make_shared<Block>(LinesPerHugePage, HugePageSize));
-        preferHugePages(m_blocks.back()->lines, LinesPerHugePage);
-    } else {
-        m_blocks.push_back(std::make_shared<Block>(LinesPerBlock, alignof(QVSongLine)));
+    auto all = std::make_shared<QVSongLineList>();
+    if (!m_blocks.empty())
+        all->reserve(qsizetype(m_blocks.size() - 1) * m_linesPerBlock + m_blocks.back()->lineCount);
+    preferHugePages(all->data(), all->capacity());
+    for (const auto &block : m_blocks) {
+        for (qsizetype i = 0; i < block->lineCount; ++i)
+            all->emplaceBack(block, block->lines + i);
     }
-}
-
-void LineBlocks::closeBlock()
-{
-    if (m_blocks.empty())
-        return;
-    const auto &block = m_blocks.back();
-    for (qsizetype i = 0; i < block->lineCount; ++i)
-        m_lines->emplaceBack(block, block->lines + i);
+    return all;
 }
 
 } // namespace QVSongLrcPrivate

@@ -20,7 +20,7 @@ struct LineSlice
 
 /// Makes the lines of a document, in blocks that take one allocation for many lines.
 ///
-/// A line that a host keeps keeps its block. So blocks have 64 lines, but in a text of many megabytes, which the line
+/// A line that a host keeps keeps its block. So blocks have at most 64 lines, but in a text of many megabytes, which the line
 /// keeps, too, they take one huge page.
 class LineBlocks
 {
@@ -33,34 +33,39 @@ public:
     /// Adds a time to a line that append() made.
     static void addTime(QVSongLine &line, qint64 milliseconds);
 
-    /// Gives the lines the text that they are slices of, and returns all of them.
-    std::shared_ptr<QVSongLineList> finish(const QString &text);
+    /// Gives the lines the text that they are slices of.
+    void setText(const QString &text);
+
+    /// The line that was appended as the \p index-th one, counted from 0.
+    std::shared_ptr<QVSongLine> line(qsizetype index) const
+    {
+        const auto &block = m_blocks[std::size_t(index / m_linesPerBlock)];
+        return {block, block->lines + index % m_linesPerBlock};
+    }
+
+    /// All lines in the order in which they were appended.
+    std::shared_ptr<QVSongLineList> lines() const;
 
 private:
     struct Block
     {
-        Block(qsizetype capacity, std::size_t alignment);
+        explicit Block(qsizetype capacity);
         ~Block();
         Q_DISABLE_COPY_MOVE(Block)
 
         QString text;
         QVSongLine *lines = nullptr;
         qsizetype lineCount = 0;
-        qsizetype capacity = 0;
     };
 
-    void openBlock();
-    void closeBlock();
-
-    std::shared_ptr<QVSongLineList> m_lines = std::make_shared<QVSongLineList>();
-    std::vector<std::shared_ptr<Block>> m_blocks; // the last one is open
-    bool m_isLarge;
+    qsizetype m_linesPerBlock;
+    std::vector<std::shared_ptr<Block>> m_blocks;
 };
 
 inline QVSongLine &LineBlocks::append(const LineSlice &slice, QVTextRange range)
 {
-    if (m_blocks.empty() || m_blocks.back()->lineCount == m_blocks.back()->capacity)
-        openBlock();
+    if (m_blocks.empty() || m_blocks.back()->lineCount == m_linesPerBlock)
+        m_blocks.push_back(std::make_shared<Block>(m_linesPerBlock));
     Block &block = *m_blocks.back();
     QVSongLine &line = *std::construct_at(block.lines + block.lineCount++);
     line.m_source = &block.text;

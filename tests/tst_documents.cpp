@@ -4,6 +4,7 @@
 
 #include <QVSongLrc/QVEditSong.h>
 #include <QVSongLrc/QVPreviewSong.h>
+#include <QVSongLrc/QVUtils.h>
 
 #include <QTranslator>
 
@@ -250,6 +251,33 @@ private Q_SLOTS:
     }
 
     // A build keeps one copy of the text, although the preview, of 140 GB, repeats it for each tag.
+    void findsTheLineToShow()
+    {
+        const auto preview =
+            song<QVPreviewSong>(u"[01:00.00]c\n[00:01.20][00:01.20]a\n[ti:A]\n[ar:B]\n[00:02.00]b"_s);
+        QCOMPARE(preview->previewSongTextWithHasTag(false), u"A\na\na\nB\nb\nc\n"_s);
+        const std::pair<qint64, qint64> expected[] = {{Min, -1},  {1'199, -1}, {1'200, 1},  {1'999, 1},
+                                                      {2'000, 4}, {59'999, 4}, {60'000, 5}, {Max, 5}};
+        for (const auto &[milliseconds, index] : expected)
+            QCOMPARE(preview->lineIndexAt(milliseconds), index);
+        QCOMPARE(QVPreviewSong().lineIndexAt(0), -1);
+    }
+
+    // All seconds and hundredths, since some lose a millisecond.
+    void readsUsualTags()
+    {
+        QStringList tags;
+        for (int i = 0; i < 10'000; ++i)
+            tags += u"[59:%1.%2]"_s.arg(i / 100, 2, 10, QChar(u'0')).arg(i % 100, 2, 10, QChar(u'0'));
+        const auto lines = song(tags.join(u'\n'))->aryLines();
+        QCOMPARE(lines->size(), tags.size());
+        for (qsizetype i = 0; i < tags.size(); ++i) {
+            QCOMPARE(lines->at(i)->aryTimes()->at(0), QVUtils::getTimeInterval(tags[i]));
+            QCOMPARE(lines->at(i)->displayText(),
+                     QVUtils::getTimeIntervalPeerStr(QVUtils::getTimeInterval(tags[i])));
+        }
+    }
+
     void sharesTheTextOfManyTags()
     {
         QString text = u"[0:1.0]"_s.repeated(100'000) + u"x"_s.repeated(700'000);
