@@ -7,8 +7,8 @@
 
 using namespace Qt::StringLiterals;
 
-/// Adds rows to the running test, in one column named "cells": those of the tables with this header in
-/// docs/lrc-format.md, which has `tables` of them. A cell is its code spans, one a line, in which symbols stand for
+/// Adds rows to the running test, in one column named "cells": those of the tables with this header in the page PAGE of
+/// the documentation, which has `tables` of them. A cell is its code spans, one a line, in which symbols stand for
 /// characters.
 inline void addExamples(const QString &header, int tables = 1)
 {

@@ -44,7 +44,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QJsonObject>("row");
         const QByteArray json =
-            bytesOf(QStringLiteral(CASES "/editor.json")).replace("www.quendle.example", MAKER_HOST);
+            bytesOf(QStringLiteral(TESTS "/data/editor.json")).replace("www.quendle.example", MAKER_HOST);
         const QJsonArray rows = QJsonDocument::fromJson(json).array();
         QVERIFY(!rows.isEmpty());
         for (const QJsonValue row : rows)

@@ -21,7 +21,7 @@ private Q_SLOTS:
     void goesThroughItsStates_data()
     {
         QTest::addColumn<QStringList>("steps");
-        QFile file(QStringLiteral(CASES "/searchdialog.txt"));
+        QFile file(QStringLiteral(TESTS "/data/searchdialog.txt"));
         QVERIFY(file.open(QFile::ReadOnly));
         for (const QString &story : QString::fromUtf8(file.readAll()).split(u"\n\n"_s).mid(1))
             QTest::newRow(qPrintable(story.section(u": "_s, 0, 0))) << story.section(u": "_s, 1).split(u'\n');
