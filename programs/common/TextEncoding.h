@@ -22,7 +22,7 @@ struct DecodedText
 };
 
 /// Programs must not write a file back whose encoding is a guess below this.
-inline constexpr int LeastGuess = 20;
+inline constexpr int LeastGuess = 30;
 
 /// \p text with every lone surrogate replaced by U+FFFD, since no encoding can represent one. A property's value, for
 /// instance, can end in one: reading drops the last code unit, even of a surrogate pair.

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "LineEdits.h"
 
-#include "Output.h"
+#include "model/TimeForm.h"
 
 #include <QVSongLrc/QVWordTimes.h>
 
@@ -10,10 +10,9 @@
 #include <limits>
 
 using namespace Qt::StringLiterals;
+using namespace QVSongLrcPrivate;
 
 namespace {
-
-constexpr qint64 LastTime = 9999 * 60'000 + 59'999; // ms
 
 bool isBlank(const std::shared_ptr<QVSongLine> &line)
 {
@@ -45,7 +44,7 @@ void LineEdits::shift(QVSongLineList &lines, qint64 milliseconds, BelowZero belo
             continue;
         const auto times = line->aryTimes();
         if (std::any_of(times->cbegin(), times->cend(), [&](qint64 time) {
-                return milliseconds > LastTime - time
+                return milliseconds > TimeForm::Limit - time
                     || (milliseconds < -time && belowZero == BelowZero::Fails);
             }))
             throw outOfRange(*line, milliseconds);

@@ -31,7 +31,7 @@ struct Options
     QString title;
     QString artist;
     QString link;
-    int leastLikeness = 60; ///< from 0 to 100
+    int leastLikeness = 65; ///< from 0 to 100
     LookupOptions lookup;
 };
 
