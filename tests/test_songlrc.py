@@ -40,19 +40,17 @@ class SonglrcTest(unittest.TestCase):
     def test_results(self):
         pathlib.Path("-a.lrc").write_text("[ti:A]\n[0:1.0]x")
         for name, arguments, text, status, expected, errors in (
-            ("parse", "parse", ODD, 0,
-             "    0  property  ti = T\n    1  timed     00:02.00 00:01.00  x␍\n    2  plain     plain\n".encode(),
+            ("parse", "parse", ODD.replace(b"plain", b"\xe2\x80\xae"), 0,  # U+202E
+             "    0  property  ti = T\n    1  timed     00:02.00 00:01.00  x␍\n    2  plain     \ufffd\n".encode(),
              'standard input: 2 places that "songlrc check" would name'),
-            ("preview", "preview --quiet", ODD, 0, b"[ti:T]\n[00:01.00]x\r\n[00:02.00]x\r\n", ""),
             ("no tags", "preview --no-tags --quiet", ODD, 0, b"T\nx\r\nx\r\n", ""),
-            ("invisible characters", "parse", "a\u202eb".encode(), 0, "    0  plain     a\ufffdb\n".encode(), ""),
             ("JSON", "parse --json --quiet", "[ti:a🎵:b]\n[01:02.50][00:01.00]'x\"\\\t\x01\n".encode(), 0,
              b'{"file":"-","encoding":"UTF-8","songText":"[ti:a\\ud83c]\\n[01:02.50][00:01.00]\'x\\"\\\\\\t\\u0001\\n",'
              b'"lines":[{"isProperty":true,"propertyStr":"ti","aryTimes":[],"lineText":"a\\ud83c","txtRg":[0,7],'
              b'"playTime":0,"displayText":"[ti:a\\ud83c]"},'
              b'{"isProperty":false,"propertyStr":null,"aryTimes":[62500,1000],"lineText":"\'x\\"\\\\\\t\\u0001",'
              b'"txtRg":[8,26],"playTime":62.5,"displayText":"[01:02.50][00:01.00]\'x\\"\\\\\\t\\u0001"}]}\n', ""),
-            ("preview to JSON", "preview --json", b"", 0, b'{"file":"-","encoding":"UTF-8","text":"","lines":[]}\n', ""),
+            ("its JSON", "preview --json", b"", 0, b'{"file":"-","encoding":"UTF-8","text":"","lines":[]}\n', ""),
             ("equal", "compare --quiet -- -a.lrc", b"[ti:A]\n\n[00:01.00]x\n", 0, b"equal\n", ""),
             ("different", "compare -- -a.lrc", b"[ti:A]\n[00:01.01]x\n", 1, b"different\n", ""),
             ("the import", "format", ODD, 0, b"[ti:T]\n\n[00:02.00][00:01.50]x\nplain\n", ""),
@@ -77,14 +75,13 @@ class SonglrcTest(unittest.TestCase):
             ("past the last time", "shift --by 599998991", b"[00:01.00]", 3, b"", ".*9999:59.99"),
             ("mark", "mark", b"[00:01.00]a\n\n[00:05.00]b\n", 0, b"[00:01.00]a\n" + MARK + b"\n[00:05.00]b\n", ""),
             ("mark at the top", "mark", b"a\n", 0, MARK.replace(b"1.", b"0.") + b"a\n", ""),
-            ("another encoding", "format --encoding koi8-r --output-encoding utf-16", b"\xd0", 0, b"\xff\xfe\x3f\x04", ""),
+            ("other encodings", "format --encoding koi8-r --output-encoding utf-16", b"\xd0", 0, b"\xff\xfe?\4", ""),
             ("UTF-8 on standard output", "format", "\ufeffé".encode("utf-16-be"), 0, "é".encode(), ""),
             ("not in the encoding", "format --encoding utf-8", b"\xff", 3, b"", "standard input: .* encoding utf-8"),
             ("no text at all", "format", b"\x7fELF\0\xff\xff", 3, b"", ".*any known encoding"),
             ("unlikely guess", "format", b"\xe9\n", 3, b"", "standard input: .*--encoding.*windows-1252.*"),
             ("not to be encoded", "mark --output-encoding us-ascii", "é".encode(), 3, b"", ".*: .*US-ASCII.*"),
             ("full disk", "format -o /dev/full", b"x", 3, b"", "/dev/full: No space.*"),
-            ("folder to write", "format -o /", b"x", 3, b"", "/: Is a directory"),
         ):
             with self.subTest(name):
                 self.assert_result(songlrc(*arguments.split(), "-", stdin=text), status, expected, errors)
@@ -92,16 +89,15 @@ class SonglrcTest(unittest.TestCase):
 
     def test_refuses(self):
         pathlib.Path("folder").mkdir()
+        search = ("search", "--title", "x")
         for status, *arguments in (
             (2, "format", "several", "files"), (2, "format", "--in-place", "a", "-"), (2, "compare", "-", "-"),
-            (2, "mark", "folder"), (2, "parse", ""), (3, "parse", "[a,b]"),
-            (2, "shift", "-"), (2, "shift", "--by", "1", "--apply-offset", "-"), (2, "shift", "--by", "1.5s", "-"),
-            (2, "shift", "--by", "9223372036854775808", "-"), (2, "format", "--encoding", "klingon", "-"),
-            (2, "format", "--in-place", "-o", "x", "y"), (2, "format", "--in-place", "--dry-run", "y"),
-            (2, "search"), (2, "fetch", "--title", "x", "--least-likeness", "101"),
-            (2, "search", "--title", "x", "--service", "a:65536"), (2, "search", "--title", "x", "--service", "a/b"),
-            (3, "search", "--title", "x", "--ca-file", "/dev/null"), (3, "format", "/proc/self/mem"),
-            (3, "search", "--artist", "x", "--service", "127.0.0.1:1"), (3, "format", "/nowhere/song.lrc"),
+            (2, "mark", "folder"), (2, "parse", ""), (3, "parse", "[a,b]"), (2, "shift", "-"), (2, "search"),
+            (2, "shift", "--by", "9223372036854775808", "-"), (2, "shift", "--by", "1", "--apply-offset", "-"),
+            (2, "format", "--encoding", "klingon", "-"), (2, "format", "--in-place", "-o", "x", "y"),
+            (2, "format", "--in-place", "--dry-run", "y"), (2, "fetch", "--title", "x", "--least-likeness", "101"),
+            (2, *search, "--service", "a:65536"), (2, *search, "--service", "a/b"), (3, "format", "/nowhere/song.lrc"),
+            (3, *search, "--ca-file", "/dev/null"), (3, "search", "--artist", "x", "--service", "127.0.0.1:1"),
         ):
             with self.subTest(arguments):
                 self.assert_result(songlrc(*arguments), status, b"", ".+")
@@ -126,7 +122,7 @@ class SonglrcTest(unittest.TestCase):
         odd = os.fsdecode(b"f/\xe9\n.LRC")
         for name in ("f/.git/a.lrc", "f/.b.lrc", "f/c.txt", "f/d/e.lrc", "f/d/fine.lrc", odd, "g.txt", "linked/h.lrc"):
             pathlib.Path(name).parent.mkdir(parents=True, exist_ok=True)
-            pathlib.Path(name).write_text("[0:01]a\n" if name != "f/d/fine.lrc" else "[offset:1]\n")
+            pathlib.Path(name).write_text({"f/d/fine.lrc": "[offset:1]\n", "f/c.txt": ""}.get(name, "[0:01]a\n"))
         pathlib.Path("f/link.lrc").symlink_to("../g.txt")
         pathlib.Path("f/linked").symlink_to("../linked")
         names = ["f", "none", "./f/d/../d/e.lrc", "g.txt"]
@@ -134,18 +130,16 @@ class SonglrcTest(unittest.TestCase):
         result = songlrc("check", "--json", *names)
         first, fine, third, failed, last = map(json.loads, result.stdout.splitlines())
         self.assertEqual((result.returncode, third["file"], failed["file"], last["file"]), (3, odd, "none", "g.txt"))
-        message = first["remarks"][0].pop("message")
+        message, note = (entry["remarks"][0].pop("message") for entry in (first, fine))
         self.assertEqual(first, {"file": "f/d/e.lrc", "encoding": "UTF-8", "guessed": False,
                                  "remarks": [{"line": 1, "column": 1, "length": 6, "kind": "time-form"}]})
-        line = f"f/d/e.lrc:1:1: time-form: {message}\n".encode()
-        self.assert_result(songlrc("check", "f/d/e.lrc", "f/d/fine.lrc"), 1,
-                           line + f"f/d/fine.lrc:1:1: offset: {fine['remarks'][0]['message']}\n".encode())
-        self.assertEqual(songlrc("check", "f/d/fine.lrc").returncode, 0)
+        self.assert_result(songlrc("check", "f/d/e.lrc"), 1, f"f/d/e.lrc:1:1: time-form: {message}\n".encode())
+        self.assert_result(songlrc("check", "f/d/fine.lrc"), 0, f"f/d/fine.lrc:1:1: offset: {note}\n".encode())
         self.assert_result(songlrc("format", "--dry-run", "g.txt", "f"), 1, b"g.txt\n" + changed)
         self.assert_result(songlrc("format", "--in-place", "--verbose", *names), 3, changed + b"g.txt\n", "none: No.*")
         self.assert_result(songlrc("format", "--dry-run", *names[2:]), 0, b"")
         self.assert_result(songlrc("preview", "none", "g.txt"), 3, b"==> g.txt <==\n[00:01.00]a\n", "none: No.*")
-        self.assertEqual(pathlib.Path("f/.b.lrc").read_text() + pathlib.Path("linked/h.lrc").read_text(), "[0:01]a\n" * 2)
+        self.assertEqual({pathlib.Path(name).read_text() for name in ("f/.b.lrc", "linked/h.lrc")}, {"[0:01]a\n"})
         self.assert_result(songlrc("check", SAMPLES), 0, b"", ".*sakura-sakura.lrc: .* guess: Shift_JIS, .*")
 
     def test_progress(self):
@@ -161,8 +155,8 @@ class SonglrcTest(unittest.TestCase):
         attributes = {"user.note": b"n", "system.posix_acl_access": bytes.fromhex(  # user 1 may read
             "02000000 01000600ffffffff 0200040001000000 04000400ffffffff 10000400ffffffff 20000000ffffffff")}
         pathlib.Path("link").symlink_to(self.song)
-        pathlib.Path(HIDDEN).write_text("left by a program that was killed")
-        pathlib.Path("song.lrc.backup").touch()
+        for name in HIDDEN, "song.lrc.backup":  # the first was left by a program that was killed
+            pathlib.Path(name).touch()
         self.song.write_text("[0:1.0]x")
         for name, value in attributes.items():
             os.setxattr(self.song, name, value)
@@ -209,16 +203,13 @@ class LookupTest(unittest.TestCase):
     def test_answers(self):
         for title, arguments, status, output in (
             ("two songs", "search --artist A", 0, "  B - Other  (1)\n* A - two songs  (2)\n"),
-            ("two songs", "search --json", 0,
-             '{"bestIndex":1,"results":[{"artist":"B","link":"1","track":"Other"},'
-             '{"artist":"A","link":"2","track":"two songs"}]}\n'),
+            ("good", "search --json", 0, '{"bestIndex":0,"results":[{"artist":"A","link":"1","track":"T"}]}\n'),
             ("nothing found", "search", 1, ""),
             ("refused", "search --json", 1,
              '{"error":{"domain":"com.zt.lyric","code":5,"localizedDescription":"no"}}\n'),
             ("good", "fetch --least-likeness 0", 0, "text"),
             ("no lyric", "fetch --link 2", 1, ""),
             ("lyric with half a surrogate pair", "fetch --link 2", 0, "\ufffdx"),
-            ("refused without a message", "search", 1, ""),
         ):
             with self.subTest(title, arguments=arguments):
                 result = songlrc(*arguments.split(), "--title", title, *self.options)
@@ -233,7 +224,7 @@ class LookupTest(unittest.TestCase):
             ("(...)", "ab", "(...)", "ac", 86),
             ("Tide", "", "Wave", "x", 25),
         ), 1):
-            command = ["fetch", "--least-likeness", str(likeness + 1), "--title", title, "--artist", artist, *self.options]
+            command = ["fetch", "--title", title, "--artist", artist, "--least-likeness", str(likeness + 1), *self.options]
             process = subprocess.Popen([BIN / "songlrc", *command], stderr=subprocess.PIPE, text=True)
             self.server.wait_for_request("track")
             body = json.dumps({"results": [{"track": track, "artist": found, "link": "1"}]})
