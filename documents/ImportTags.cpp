@@ -84,7 +84,7 @@ qsizetype likeTime(QStringView line, qsizetype bracket)
         const char16_t c = line.utf16()[at];
         if (c == u']' || c == u'\uff3d')
             return at + 1 - bracket;
-        if (c == u'[' || c == u'\uff3b')
+        if (c == u'[' || c == WideBracket)
             break;
     }
     return 0;

@@ -10,6 +10,9 @@
 /// no farther than the next one, so that looking at all brackets of a line takes linear time.
 namespace QVSongLrcPrivate::ImportTags {
 
+/// A full-width "[".
+inline constexpr char16_t WideBracket = u'\uff3b';
+
 /// A tag that the documents take for a time.
 struct DocumentsTag
 {
