@@ -116,8 +116,11 @@ ExitStatus Commands::shift(const Options &options)
 
 ExitStatus Commands::mark(const Options &options)
 {
-    return rewrite(options, [](QVEditSong &song) {
-        LineEdits::mark(song);
+    return rewrite(options, [&](QVEditSong &song) {
+        if (options.strict)
+            song.insertCopyrightMark();
+        else
+            LineEdits::mark(song);
         return true;
     });
 }
