@@ -52,11 +52,11 @@ public:
     /// What the user and the host see; "-" is "not".
     QStringList state()
     {
-        static const QRegularExpression name(u"&?\\w+="_s);
         const QByteArrayList requests = m_server.requests().mid(m_asked);
         const QString request = QUrl::fromPercentEncoding(requests.value(requests.size() - 1));
-        const QString form =
-            request.section(u"\r\n\r\n"_s, 1).section(u"&apiKey"_s, 0, 0).replace(name, u"/"_s);
+        const QString form = request.section(u"\r\n\r\n"_s, 1)
+                                 .section(u"&apiKey"_s, 0, 0)
+                                 .replace(QRegularExpression(u"&?\\w+="_s), u"/"_s);
         const QStringList seen{received.join(u' '), QString::number(requests.size()) + form};
         if (!window)
             return seen + QStringList{u"gone"_s} + QStringList(7);
@@ -85,11 +85,12 @@ public:
         return now.join(u", ");
     }
 
-    /// Opens the dialog with a title and an artist, separated by "/", and takes the steps in its modal loop, the rest
+    /// Opens the dialog with the story's title and artist, separated by "/". Takes the steps in its modal loop, the rest
     /// after it has closed.
-    void play(const QString &names, QStringList steps)
+    void play(const QString &story)
     {
-        open(names, [&] {
+        QStringList steps = QString(story).replace(u"; "_s, u"\n"_s).split(u'\n');
+        open(steps.takeFirst(), [&] {
             while (!steps.isEmpty() && window && window->isVisible())
                 take(steps.takeFirst());
         });
