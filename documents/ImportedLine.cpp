@@ -160,7 +160,7 @@ bool ImportedLine::readProperty(QStringView line, qsizetype bracket)
         else if (read.key.contains(u'['))
             remark(QStringLiteral(
                 "the documents take the bracket into the key, because of the white space before it"));
-        else if (read.key != m_key || read.value != value)
+        else if (read.value != value)
             remark(QStringLiteral("the documents read only a part of this as a property"));
     }
     m_words = value;
