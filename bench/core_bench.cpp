@@ -11,6 +11,7 @@
 
 #include <malloc.h>
 
+#include <optional>
 #include <set>
 
 using namespace Qt::StringLiterals;
@@ -50,6 +51,12 @@ struct Floor
                 lines.push_back({line, times.size()});
         }
     }
+};
+
+struct Import
+{
+    void buildWithLrcText(const QString &text) { lyric.emplace(text); }
+    std::optional<QVLyricImport> lyric;
 };
 
 constexpr auto NoMore = [](auto &) {};
@@ -131,6 +138,7 @@ int main(int argc, char **argv)
         };
         add("floor", [&](auto &state) { build<Floor>(state, texts); });
         add("edit", [&](auto &state) { build<QVEditSong>(state, texts); });
+        add("import", [&](auto &state) { build<Import>(state, texts); });
         add("preview", [&](auto &state) { build<QVPreviewSong>(state, texts); });
         add("build_update", [&](auto &state) {
             build<QVEditSong>(state, texts, [](QVEditSong &song) { song.updateSongText(); });

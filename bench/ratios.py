@@ -30,6 +30,7 @@ def rows(results, huge_pages):
     for size, build, preview, text in (("songs", 2.6, 3.25, 0.15), ("big", 3.4 if huge_pages else 5.2, 5.1, 0.3)):
         edit = cost[f"edit/{size}"]
         yield f"{size}: build / floor", edit / cost[f"floor/{size}"], build
+        yield f"{size}: import / build", cost[f"import/{size}"] / edit, 1.6
         yield f"{size}: preview's build / floor", cost[f"preview/{size}"] / cost[f"floor/{size}"], preview
         yield f"{size}: preview's build / build", cost[f"preview/{size}"] / edit, None
         yield f"{size}: updateSongText() / build", cost[f"build_update/{size}"] / edit - 1, 0.2

@@ -3,27 +3,39 @@
 #pragma once
 
 #include "ImportedLine.h"
-
-#include <QVSongLrc/QVSongLine.h>
+#include "model/LineBlocks.h"
+#include "model/TextScan.h"
 
 namespace QVSongLrcPrivate {
 
-/// Reads a text for QVLyricImport, and makes the lines.
+/// Reads a text for QVLyricImport, and makes the lines as the documents do.
 class ImportReader
 {
 public:
-    explicit ImportReader(QStringView text);
+    explicit ImportReader(const QString &text);
 
-    std::shared_ptr<QVSongLineList> lines() const { return m_lines; }
+    std::shared_ptr<QVSongLineList> takeLines() { return m_lines.finish(m_text); }
     QList<QVLyricRemark> takeRemarks() { return m_remarks.take(); }
 
 private:
-    void readLine(QStringView raw);
+    quint16 survey();
+    void replaceCarriageReturns();
+    void readLines();
+    void remarkOnLineEnd(QStringView lineEnd);
+    void appendUsual(QStringView line, qsizetype tagsLength);
+    void appendAny(QStringView raw);
+    QVSongLine &append(const LineSlice &slice);
+    qsizetype positionOf(QStringView part) const;
 
-    const std::shared_ptr<QVSongLineList> m_lines = std::make_shared<QVSongLineList>();
+    const QString &m_original;
+    QString m_text; // the same with line feeds for carriage returns alone
+    LineBlocks m_lines;
     RemarkList m_remarks;
+    const quint16 m_findings;
     ImportedLine m_line;
-    qsizetype m_blankLines = 0; // since the last line
+    QVarLengthArray<TextScan::UsualTag, 8> m_tags; // that a line begins with
+    qsizetype m_lineEnd = 0;                       // length of the first line end; -1 after a remark
+    qsizetype m_blankLines = -1;                   // since the last line; -1 before the first
 };
 
 } // namespace QVSongLrcPrivate

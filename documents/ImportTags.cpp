@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "ImportTags.h"
 
+#include "TextSurvey.h"
 #include "model/TagScanner.h"
 #include "model/TimeForm.h"
 #include "model/TimeText.h"
@@ -63,6 +64,12 @@ std::optional<DocumentsTag> documentsTag(QStringView line, qsizetype from, qsize
     return result;
 }
 
+bool mayBeTime(QStringView line, qsizetype bracket)
+{
+    const char16_t c = unitAt(line, bracket + 1);
+    return c >= 0x80 || (c >= u'0' && c <= u'9');
+}
+
 qsizetype likeTime(QStringView line, qsizetype bracket)
 {
     qsizetype at = bracket + 1;
@@ -84,7 +91,7 @@ qsizetype likeTime(QStringView line, qsizetype bracket)
         const char16_t c = line.utf16()[at];
         if (c == u']' || c == u'\uff3d')
             return at + 1 - bracket;
-        if (c == u'[' || c == WideBracket)
+        if (c == u'[' || c == TextSurvey::WideBracketUnit)
             break;
     }
     return 0;
@@ -111,7 +118,8 @@ bool isOffset(QStringView tag)
 
 bool beginsWithKey(QStringView text)
 {
-    return isSmallLetter(unitAt(text, 1)) && isSmallLetter(unitAt(text, 2)) && unitAt(text, 3) == u':';
+    return text.front() == u'[' && isSmallLetter(unitAt(text, 1)) && isSmallLetter(unitAt(text, 2))
+        && unitAt(text, 3) == u':';
 }
 
 qsizetype skipWhiteSpace(QStringView line, qsizetype from)

@@ -10,9 +10,6 @@
 /// no farther than the next one, so that looking at all brackets of a line takes linear time.
 namespace QVSongLrcPrivate::ImportTags {
 
-/// A full-width "[".
-inline constexpr char16_t WideBracket = u'\uff3b';
-
 /// A tag that the documents take for a time.
 struct DocumentsTag
 {
@@ -26,6 +23,9 @@ struct DocumentsTag
 /// The tag of the documents at \p bracket, if there is one. White space between \p from and \p bracket belongs to it.
 std::optional<DocumentsTag> documentsTag(QStringView line, qsizetype from, qsizetype bracket);
 
+/// Whether what follows \p bracket may be a digit. If not, there is no time.
+bool mayBeTime(QStringView line, qsizetype bracket);
+
 /// The length of what looks like a time in brackets at \p bracket, "[" or a full-width one; 0 if nothing does.
 qsizetype likeTime(QStringView line, qsizetype bracket);
 
@@ -36,7 +36,7 @@ bool isProperty(QStringView tag);
 /// Whether \p tag, which has no white space around it, is an offset header.
 bool isOffset(QStringView tag);
 
-/// Whether the bracket at the start of \p text is followed by a property key, as the documents know it.
+/// Whether \p text, which is not empty, begins with "[" and a property key, as the documents know it.
 bool beginsWithKey(QStringView text);
 
 /// The index of the first character at or after \p from that is no white space.

@@ -3,7 +3,9 @@
 #include "ImportedLine.h"
 
 #include "ImportTags.h"
+#include "TextSurvey.h"
 #include "model/TagScanner.h"
+#include "model/TextScan.h"
 #include "model/TimeForm.h"
 
 #include <QVSongLrc/QVUtils.h>
@@ -13,35 +15,13 @@
 namespace QVSongLrcPrivate {
 namespace {
 
-constexpr char16_t ByteOrderMark = u'\ufeff';
-
-// Reads a tag "[mm:ss.xx]" in ASCII digits, as nearly all are, at \p at. Returns -1 for any other.
-qint64 usualTime(QStringView line, qsizetype at)
-{
-    constexpr char16_t Form[] = u"[00:00.00]";
-    constexpr qsizetype Length = 10;
-    if (line.size() - at < Length)
-        return -1;
-    const char16_t *const units = line.utf16() + at;
-    qint64 digits[Length];
-    bool isUsual = true;
-    for (qsizetype i = 0; i < Length; ++i) {
-        digits[i] = units[i] - Form[i];
-        isUsual = isUsual && digits[i] >= 0 && digits[i] <= (Form[i] == u'0' ? 9 : 0);
-    }
-    if (!isUsual)
-        return -1;
-    return (digits[1] * 10 + digits[2]) * 60'000 + (digits[4] * 10 + digits[5]) * 1'000 + digits[7] * 100
-        + digits[8] * 10;
-}
-
 // The first bracket at or after `from`, -1 if there is none.
 qsizetype findBracket(QStringView line, qsizetype from, bool mayBeWide)
 {
     if (!mayBeWide)
         return line.indexOf(u'[', from);
     const auto found = std::find_if(line.begin() + from, line.end(),
-                                    [](QChar c) { return c == u'[' || c == ImportTags::WideBracket; });
+                                    [](QChar c) { return c == u'[' || c == TextSurvey::WideBracketUnit; });
     return found == line.end() ? -1 : found - line.begin();
 }
 
@@ -66,7 +46,7 @@ ImportedLine::ImportedLine(RemarkList &remarks, bool mayHaveWideBrackets)
 void ImportedLine::read(QStringView raw)
 {
     QStringView line = raw;
-    while (!line.isEmpty() && line.front() == ByteOrderMark)
+    while (!line.isEmpty() && line.front() == TextSurvey::ByteOrderMark)
         line = line.sliced(1);
     m_isBlank = false;
     m_key = {};
@@ -101,11 +81,14 @@ qsizetype ImportedLine::readTimes(QStringView line)
 qsizetype ImportedLine::readTime(QStringView line, qsizetype from, qsizetype bracket)
 {
     constexpr qint64 Minute = 60'000;
-    const qint64 usual = usualTime(line, bracket);
-    if (usual >= 0 && (from == bracket || usual < Minute)) {
-        m_times.append(usual);
-        return bracket + 10;
+    TextScan::UsualTag usual;
+    if (line.size() - bracket >= usual.Length && TextScan::readUsualTag(line.utf16() + bracket, usual)
+        && (from == bracket || usual.minutes == 0)) {
+        m_times.append(usual.minutes * Minute + usual.hundredths * qint64(10));
+        return bracket + usual.Length;
     }
+    if (!ImportTags::mayBeTime(line, bracket))
+        return -1;
     const auto time = TimeForm::read(line, bracket, u']');
     const auto documents = ImportTags::documentsTag(line, from, bracket);
     if (!time && !documents)
@@ -160,7 +143,7 @@ bool ImportedLine::readProperty(QStringView line, qsizetype bracket)
         else if (read.key.contains(u'['))
             remark(QStringLiteral(
                 "the documents take the bracket into the key, because of the white space before it"));
-        else if (read.key != m_key || read.value != value)
+        else if (read.value != value)
             remark(QStringLiteral("the documents read only a part of this as a property"));
     }
     m_words = value;
@@ -178,9 +161,9 @@ void ImportedLine::readWords(QStringView line, qsizetype from)
     for (qsizetype at = findBracket(line, from, m_mayHaveWideBrackets); at >= 0;
          at = findBracket(line, next, m_mayHaveWideBrackets)) {
         next = at + 1;
-        const bool isWide = line[at] != u'[';
-        const auto time = isWide ? std::nullopt : TimeForm::read(line, at, u']');
-        const auto documents = isWide ? std::nullopt : ImportTags::documentsTag(line, at, at);
+        const bool isTime = line[at] == u'[' && ImportTags::mayBeTime(line, at);
+        const auto time = isTime ? TimeForm::read(line, at, u']') : std::nullopt;
+        const auto documents = isTime ? ImportTags::documentsTag(line, at, at) : std::nullopt;
         if (time && time->fractionDigits > 0) {
             next = at + time->length;
             m_remarks.add(Kind::WordTime, line.sliced(at, time->length),
@@ -199,7 +182,7 @@ void ImportedLine::readWords(QStringView line, qsizetype from)
             m_remarks.add(
                 Kind::NoTime, line.sliced(at, length),
                 QStringLiteral("this looks like a time and is none; the documents take it for words, too"));
-        } else if (mayHaveProperty && !isWide && ImportTags::beginsWithKey(line.sliced(at))) {
+        } else if (mayHaveProperty && ImportTags::beginsWithKey(line.sliced(at))) {
             mayHaveProperty = false;
             remarkOnProperty(line.sliced(at));
         }

@@ -26,6 +26,7 @@ public:
 
     /// A property's key as it is written; empty for a lyric line.
     QStringView key() const { return m_key; }
+    bool isSmallKey() const { return (m_key[0].unicode() & m_key[1].unicode() & 0x20) != 0; }
 
     /// The times in ms.
     const QVarLengthArray<qint64, 8> &times() const { return m_times; }

@@ -9,7 +9,7 @@ struct QVLyricImport::Private
     explicit Private(const QString &text)
     {
         QVSongLrcPrivate::ImportReader reader(text);
-        lines = reader.lines();
+        lines = reader.takeLines();
         remarks = reader.takeRemarks();
     }
 

@@ -2,68 +2,41 @@
 // SPDX-License-Identifier: MIT
 #include "RemarkList.h"
 
+#include "TextSurvey.h"
+
 #include <algorithm>
 
 namespace QVSongLrcPrivate {
 namespace {
 
-constexpr char16_t ByteOrderMark = u'\ufeff';
-
-bool isControl(char16_t c)
-{
-    return (c < 0x20 && c != u'\t' && c != u'\n' && c != u'\r') || (c >= 0x7f && c < 0xa0);
-}
-
-// May also be true for a part of a surrogate pair. Without branches, so that compilers make it vector code.
-constexpr quint16 mayBeOdd(char16_t c)
-{
-    return quint16((c < 0x20) & (c != u'\t') & (c != u'\n') & (c != u'\r'))
-        | quint16((c >= 0x7f) & (c < 0xa0)) | quint16((c & 0xf800) == 0xd800) | quint16(c == ByteOrderMark);
-}
-
 QString characterMessage(char16_t c)
 {
-    if (c == ByteOrderMark)
+    if (c == TextSurvey::ByteOrderMark)
         return QStringLiteral("this is a byte order mark; the documents keep it in words");
-    return isControl(c) ? QStringLiteral("this is a control character; the documents keep it in words")
-                        : QStringLiteral("this is half of a surrogate pair; the documents keep it in words");
+    return !QChar::isSurrogate(c)
+        ? QStringLiteral("this is a control character; the documents keep it in words")
+        : QStringLiteral("this is half of a surrogate pair; the documents keep it in words");
 }
 
 } // namespace
 
-RemarkList::RemarkList(QStringView text)
+RemarkList::RemarkList(const QString &text)
     : m_text(text)
 {
 }
 
 void RemarkList::add(QVLyricRemark::Kind kind, QStringView place, const QString &message)
 {
-    const quint64 location = quint64(place.utf16() - m_text.utf16());
+    const quint64 location = quint64(place.utf16() - QStringView(m_text).utf16());
     m_remarks.append({kind, {location, quint64(place.size())}, 1, 1, message});
-}
-
-void RemarkList::addOddCharacters()
-{
-    constexpr qsizetype Block = 64;
-    const char16_t *const units = m_text.utf16();
-    qsizetype at = 0;
-    for (; at + Block <= m_text.size(); at += Block) {
-        quint16 found = 0;
-        for (qsizetype i = 0; i < Block; ++i)
-            found = quint16(found | mayBeOdd(units[at + i]));
-        if (found)
-            addOddCharacters(at, at + Block);
-    }
-    addOddCharacters(at, m_text.size());
-    m_oddCharacters = m_remarks.size();
 }
 
 void RemarkList::addOddCharacters(qsizetype from, qsizetype to)
 {
-    const char16_t *const units = m_text.utf16();
+    const char16_t *const units = QStringView(m_text).utf16();
     for (qsizetype i = from; i < to; ++i) {
         const char16_t c = units[i];
-        if (!mayBeOdd(c))
+        if (!(TextSurvey::findingsIn(c) & TextSurvey::OddCharacter))
             continue;
         if (QChar::isHighSurrogate(c) && i + 1 < m_text.size() && QChar::isLowSurrogate(units[i + 1]))
             continue;
@@ -72,8 +45,9 @@ void RemarkList::addOddCharacters(qsizetype from, qsizetype to)
         if (!m_remarks.isEmpty() && m_remarks.constLast().range.end() == quint64(i))
             ++m_remarks.last().range.length;
         else
-            add(QVLyricRemark::Kind::Character, m_text.sliced(i, 1), characterMessage(c));
+            add(QVLyricRemark::Kind::Character, QStringView(m_text).sliced(i, 1), characterMessage(c));
     }
+    m_oddCharacters = m_remarks.size();
 }
 
 QList<QVLyricRemark> RemarkList::take()
@@ -84,7 +58,7 @@ QList<QVLyricRemark> RemarkList::take()
     qint64 line = 1;
     qint64 column = 1;
     qsizetype at = 0;
-    const char16_t *const units = m_text.utf16();
+    const char16_t *const units = QStringView(m_text).utf16();
     const auto isNext = [&](auto isWanted) { return at + 1 < m_text.size() && isWanted(units[at + 1]); };
     for (QVLyricRemark &remark : m_remarks) {
         for (; at < qsizetype(remark.range.location); ++at) {

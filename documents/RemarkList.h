@@ -12,22 +12,22 @@ namespace QVSongLrcPrivate {
 class RemarkList
 {
 public:
-    explicit RemarkList(QStringView text);
+    /// Refers to \p text, which must not get shorter before take().
+    explicit RemarkList(const QString &text);
 
     /// Adds a remark on the part \p place of the text. Parts are given in the order of the text.
     void add(QVLyricRemark::Kind kind, QStringView place, const QString &message);
 
-    /// Adds the remarks on odd characters: control characters other than tabs and line ends, lone surrogates and byte
-    /// order marks; one a run of them. Call it before any add().
-    void addOddCharacters();
+    /// Adds remarks on the odd characters from index \p from up to \p to: control characters other than tabs and line
+    /// ends, lone surrogates and byte order marks; one remark a run. Call it for the parts of the text in order,
+    /// before any add().
+    void addOddCharacters(qsizetype from, qsizetype to);
 
     /// The remarks in the order of the text, with their lines and columns. The list is then empty.
     QList<QVLyricRemark> take();
 
 private:
-    void addOddCharacters(qsizetype from, qsizetype to);
-
-    const QStringView m_text;
+    const QString &m_text;
     QList<QVLyricRemark> m_remarks;
     qsizetype m_oddCharacters = 0; // remarks on them, which come first
 };

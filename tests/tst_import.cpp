@@ -59,6 +59,20 @@ private Q_SLOTS:
         QVERIFY(lyric.remarks()[1].isWarning() && !lyric.remarks()[2].isWarning());
     }
 
+    void writesInTheUsualForm()
+    {
+        QCOMPARE(QVLyricImport(u"[00:75.00]a"_s).lines()->first()->displayText(), u"[01:15.00]a"_s);
+    }
+
+    // Quadratic time would take hours: the test would end at its time limit.
+    void takesLinearTime()
+    {
+        for (const QString &piece :
+             {u" "_s, u"["_s, u"] "_s, u"[00:"_s, u"[0:1"_s, u"[00:00.0"_s, u"[ti:] "_s})
+            QVERIFY(!QVLyricImport(piece.repeated(1'000'000)).lines()->isEmpty() || piece == u" "_s);
+        QCOMPARE(QVWordTimes::shifted(u"<00:00.0"_s.repeated(1'000'000), 1, {})->size(), 8'000'000);
+    }
+
     void shiftsWords_data() { addExamples(u"| words | 1500 ms later |"_s); }
     void shiftsWords()
     {
@@ -75,6 +89,7 @@ private Q_SLOTS:
         QCOMPARE(place, (QVTextRange{12, 12}));
         QVERIFY(!QVWordTimes::shifted(words, -501, Fails, &place));
         QCOMPARE(place, (QVTextRange{25, 12}));
+        QCOMPARE(QVWordTimes::shifted(words, -500, Fails), u"a<00:01.50>b<9999:58.50>c<00:00.0009>"_s);
         QVERIFY(!QVWordTimes::shifted(words, std::numeric_limits<qint64>::max(), Fails));
         QCOMPARE(QVWordTimes::shifted(words, 990, Fails), u"a<00:02.99>b<9999:59.99>c<00:01.4909>"_s);
         QCOMPARE(QVWordTimes::shifted(words, -501, BecomesZero),
