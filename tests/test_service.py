@@ -166,7 +166,7 @@ class LifeTest(unittest.TestCase):
             self.assertTrue(self.service.link("two"))
 
     def test_renews_certificates(self):
-        valid_for = ("openssl x509 -x509toreq -copy_extensions copy -in server.pem -signkey server-key.pem | openssl x509"
+        valid_for = ("openssl x509 -x509toreq -copy_extensions copy -in server.pem -key server-key.pem | openssl x509"
                      " -req -copy_extensions copy -CA authority.pem -CAkey authority-key.pem -out server.pem -days ")
         for change, address, is_renewed in (
             (valid_for + "29", "127.0.0.1", True),
