@@ -14,7 +14,11 @@ class ImportReader
 public:
     explicit ImportReader(const QString &text);
 
-    std::shared_ptr<QVSongLineList> takeLines() { return m_lines.finish(m_text); }
+    std::shared_ptr<QVSongLineList> takeLines()
+    {
+        m_lines.setText(m_text);
+        return m_lines.lines();
+    }
     QList<QVLyricRemark> takeRemarks() { return m_remarks.take(); }
 
 private:

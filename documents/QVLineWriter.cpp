@@ -65,7 +65,7 @@ QString QVLineWriter::placeDisplayTexts(const QVSongLineList &lines, qsizetype &
         line.m_txtRg = {quint64(total), quint64(length)};
         total += length + 1;
     });
-    return source && isSource && total == source->size() ? *source : QString();
+    return source && isSource && total == source->size() && source->endsWith(u'\n') ? *source : QString();
 }
 
 QString QVLineWriter::writeDisplayTexts(const QVSongLineList &lines)

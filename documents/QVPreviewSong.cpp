@@ -38,6 +38,7 @@ struct Lines
 
     LineBlocks blocks;
     qsizetype count = 0;
+    std::vector<qsizetype> properties; // their indexes
     std::vector<Moment> firsts;  // of properties and of the first tags of lines
     std::vector<Moment> repeats; // of the other tags
     qsizetype displayLength = 0; // of all lines with their line feeds
@@ -52,6 +53,7 @@ Lines readLines(QStringView text)
         text,
         [&](QStringView, const TagScanner::Property &property) {
             const auto [key, value] = property;
+            lines.properties.push_back(lines.count);
             lines.append(lines.firsts, {value.utf16() - text.utf16(), value, key.size() + 2, key},
                          {offset, quint64(value.size())}, propertyCount * 1000 + 200);
             lines.displayLength += key.size() + value.size() + 4;
@@ -108,12 +110,17 @@ void QVPreviewSong::buildWithLrcText(const QString &text)
         read.blocks.setText(ownedString(text));
 
     d->lines = lines;
-    d->lyricMoments.clear();
-    d->lyricMoments.reserve(moments.size());
-    for (qsizetype i = 0; i < lines->size(); ++i) {
-        if (!lines->at(i)->isProperty())
-            d->lyricMoments.push_back({moments[std::size_t(i)].milliseconds, i});
+    // The times of properties ascend, so sorting has not changed their order.
+    auto property = read.properties.cbegin();
+    std::size_t lyricCount = 0;
+    for (std::size_t i = 0; i < moments.size(); ++i) {
+        if (property != read.properties.cend() && moments[i].index == *property)
+            ++property;
+        else
+            moments[lyricCount++] = {moments[i].milliseconds, qsizetype(i)};
     }
+    moments.resize(lyricCount);
+    d->lyricMoments = std::move(moments);
 }
 
 qsizetype QVPreviewSong::lineIndexAt(qint64 milliseconds) const

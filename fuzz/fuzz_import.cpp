@@ -58,6 +58,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QVLyricImport lyric(text);
     QVEditSong song;
     const QString written = writeTo(song, lyric);
+    QString joined;
+    for (const auto &line : *song.aryLines())
+        joined += line->displayText() + u'\n';
+    require(written == joined);
     const QStringList before = words(QString(plain).replace(u'\r', u'\n'));
     const QStringList after = words(written);
     require(before.size() == after.size());

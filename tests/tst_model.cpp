@@ -12,10 +12,7 @@ static_assert(!std::is_copy_assignable_v<QVSongLine>);
 
 static_assert(QVTextRange{2, 3}.end() == 5 && QVTextRange{2, ~0ull}.end() == ~0ull);
 static_assert(QVTextRange{5, 0}.isEmpty() && !QVTextRange{0, 1}.isEmpty());
-static_assert(QVTextRange{1, 1}.sliceOf(u"abc").front() == u'b'
-              && QVTextRange{1, 1}.sliceOf(u"abc").size() == 1);
-static_assert(QVTextRange{2, ~0ull}.sliceOf(u"abc").size() == 1);
-static_assert(QVTextRange{~0ull, ~0ull}.sliceOf(u"abc").isEmpty());
+static_assert(QVTextRange{1, 1}.sliceOf(u"ab"_s) == u"b" && QVTextRange{1, ~0ull}.sliceOf(u"ab") == u"b");
 
 namespace {
 
@@ -54,27 +51,12 @@ private Q_SLOTS:
         QCOMPARE(QString::number(QVUtils::getTimeInterval(cells[0])), cells[1]);
     }
 
-    void readsExtremeTags()
+    void readsLongNumbers()
     {
-        const std::pair<qint64, QStringList> rows[] = {
-            {0, {u"[\u200b1:\u20602]"_s, u"[0:0.0…9]"_s}},
-            {1'500, {u"[0:0…1.5]"_s, u"[0:1.50…9]"_s}},
-            {62'500, {u"[ \t\u3000\u00851: \u00852.5]"_s}},
-            {968'129'887, {u"[0:968129.8879999999]"_s}}, // more digits than a double holds
-            {123'456'789'012, {u"[0:123456789.012345]"_s}},
-            {9'007'199'254'740'992'000, {u"[0:9007199254740993]"_s}},
-            {-9'007'199'254'740'992'000, {u"[0:-9007199254740993]"_s}},
-            {Max, {u"[9…:0]"_s, u"[0:9…]"_s, u"[0:9223372036854776]"_s, u"[153722867280912:55.807]"_s}},
-            {Min, {u"[-9…:0]"_s, u"[0:-9…]"_s, u"[0:-9999999999999999]"_s, u"[-153722867280913:0]"_s}},
-            {-Max, {u"[-153722867280912:-55.807]"_s}},
-            {-1, {u"[9…:-9…]"_s}},
-        };
-        for (const auto &[milliseconds, tags] : rows) {
-            for (QString tag : tags) {
-                tag.replace(u"0…"_s, QString(400, u'0')).replace(u"9…"_s, QString(400, u'9'));
-                QCOMPARE(std::pair(tag, QVUtils::getTimeInterval(tag)), std::pair(tag, milliseconds));
-            }
-        }
+        const QString zeros(400, u'0');
+        QCOMPARE(QVUtils::getTimeInterval(u"[0:0."_s + zeros + u"9]"_s), 0);
+        QCOMPARE(QVUtils::getTimeInterval(u"[0:1.5"_s + zeros + u"9]"_s), 1'500);
+        QCOMPARE(QVUtils::getTimeInterval(u"[0:1"_s + zeros + u']'), Max);
         for (const QString &tag : {QString(), u"["_s})
             QVERIFY_THROWS_EXCEPTION(std::out_of_range, QVUtils::getTimeInterval(tag));
     }
@@ -89,13 +71,10 @@ private Q_SLOTS:
 
     void recognisesTags()
     {
-        for (const QString &text : {u"[01:02.03]"_s, u"xx [1:2.3] yy"_s, u"[01:02:03]"_s})
-            QVERIFY2(QVUtils::isTimeString(text) && !QVUtils::isPropertyString(text), qPrintable(text));
-        for (const QString &text : {u"[ar:Artist]"_s, u"[ti:]"_s, u"  [al:x]"_s, u"x[ar:A\n]"_s})
-            QVERIFY2(!QVUtils::isTimeString(text) && QVUtils::isPropertyString(text), qPrintable(text));
-        for (const QString &text :
-             {QString(), u"[01:02]"_s, u"01:02.03"_s, u"[AR:x]"_s, u"[a:b]"_s, u"[ar:x"_s})
-            QVERIFY2(!QVUtils::isTimeString(text) && !QVUtils::isPropertyString(text), qPrintable(text));
+        for (const auto &[text, isTime, isProperty] :
+             {std::tuple(u"xx [1:2.3] yy"_s, true, false), std::tuple(u"x[ar:A\n]"_s, false, true),
+              std::tuple(u"[01:02][ar:x"_s, false, false)})
+            QVERIFY(QVUtils::isTimeString(text) == isTime && QVUtils::isPropertyString(text) == isProperty);
     }
 
     // Quadratic time would take hours: the test would end at its time limit.

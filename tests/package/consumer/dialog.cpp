@@ -10,14 +10,8 @@ int main(int argc, char **argv)
 {
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
     const QApplication application(argc, argv);
-    // The library contains its translations.
-    if (QCoreApplication::translate("Localized", "Found no lyric") == "Found no lyric")
-        return 2;
-    bool wasOpen = false;
-    QTimer::singleShot(0, [&] {
-        wasOpen = QApplication::activeModalWidget();
-        QApplication::closeAllWindows();
-    });
+    QTimer::singleShot(0, &QApplication::closeAllWindows);
     QVLyricSearchWndCtl::popUp(QString(), QString(), [](const QString &) {});
-    return wasOpen ? 0 : 1;
+    // The library contains its translations.
+    return QCoreApplication::translate("Localized", "Found no lyric") == "Found no lyric" ? 1 : 0;
 }
