@@ -9,6 +9,7 @@
 #include <QClipboard>
 #include <QDropEvent>
 #include <QFile>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QMessageBox>
@@ -20,6 +21,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include <filesystem>
 #include <functional>
 
 using namespace Qt::StringLiterals;
@@ -71,6 +73,7 @@ public:
     /// - `^a.lrc,b.lrc` drops these files, which may be URLs;
     /// - `?Save` clicks this button in the dialog that the next key opens, see answer(); `?'text'` enters a text;
     /// - `!'text'` lets another program write the file, `!''` delete it;
+    /// - `link` gives the file a second name;
     /// - `back` comes back from another window;
     /// - any other word is a key.
     void run(const QString &script, QList<DialogStep> steps = {})
@@ -83,20 +86,29 @@ public:
                 steps += answer(quoted.isEmpty() ? found.sliced(1) : quoted);
             else if (found.startsWith(u'!'))
                 writeFile(m_file, quoted.toUtf8());
+            else if (found == u"link"_s)
+                std::filesystem::create_hard_link(m_file.toStdString(), m_file.toStdString() + ".2");
             else
                 press(found, std::exchange(steps, {}));
         }
     }
 
     /// The lines of a view, joined by "|".
-    QString text() const
+    QString text(const char *name = "text") const
     {
         QStringList lines;
-        for (int i = 0; i < view("text")->model()->rowCount(); ++i)
-            lines += view("text")->model()->index(i, 0).data().toString();
+        for (int i = 0; i < view(name)->model()->rowCount(); ++i)
+            lines += view(name)->model()->index(i, 0).data().toString();
         return lines.join(u'|');
     }
     QString highlighted(const char *name) const { return view(name)->currentIndex().data().toString(); }
+
+    /// What the bar says about the file's remarks; empty if it is hidden.
+    QString remarks() const
+    {
+        const auto *const summary = window->findChild<QLabel *>(u"remarkSummary"_s);
+        return summary->isVisible() ? summary->text() : QString();
+    }
 
     /// The title, with a "*" if the song is modified, or "closed".
     QString state() const

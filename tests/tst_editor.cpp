@@ -4,6 +4,7 @@
 // The editor's window, used by keys: its commands, files, recovery and online search.
 
 #include "EditorDriver.h"
+#include "Examples.h"
 #include "LookupServer.h"
 #include "programs/editor/Recovery.h"
 
@@ -37,7 +38,8 @@ private Q_SLOTS:
     }
 
     // A row has the bytes of a file, as Latin-1, and what the user does with it. What is expected then: the text, the
-    // file's bytes, the window's state, a part of the questions or else of the message, and the highlighted lines.
+    // file's bytes, the window's state, a part of the questions or else of the message, the highlighted lines, the
+    // preview, and what the bar says about remarks.
     void commands_data()
     {
         QTest::addColumn<QJsonObject>("row");
@@ -76,6 +78,32 @@ private Q_SLOTS:
         QTRY_COMPARE(editor.highlighted("preview"),
                      row["preview"_L1].toString(editor.highlighted("preview")));
         QCOMPARE(editor.highlighted("text"), row["line"_L1].toString(editor.highlighted("text")));
+        QCOMPARE(editor.text("preview"), row["played"_L1].toString(editor.text("preview")));
+        QCOMPARE(editor.remarks(), row["remarks"_L1].toString(editor.remarks()));
+    }
+
+    // What is saved has the lines of the file, and is the same when it is opened and saved again.
+    void keepsLines()
+    {
+        const QByteArray table = bytesOf(QStringLiteral(TESTS "/data/import.txt"));
+        for (const QString &row : QString::fromUtf8(table).split(u'\n')) {
+            const QStringList cells = row.split(u'|');
+            const QString text = withoutSymbols(cells.value(1).trimmed());
+            if (cells.size() != 4 || !text.isValidUtf16())
+                continue;
+            writeFile(m_name, text.toUtf8());
+            QString read, first, second;
+            SongModel song;
+            song.replaceSong(SongFile::read(m_name, read), read);
+            QCOMPARE(linesOf(song.lines()), withoutSymbols(cells[2].trimmed().replace(u" / "_s, u"\n"_s)));
+            const QString before = song.text();
+            song.save(song.file());
+            song.replaceSong(SongFile::read(m_name, first), first);
+            QCOMPARE(song.text(), before);
+            song.save(song.file());
+            SongFile::read(m_name, second);
+            QCOMPARE(second, first);
+        }
     }
 
     // Another window may have opened the recent files. The next window has the size of the one closed last.

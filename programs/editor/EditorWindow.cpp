@@ -6,6 +6,7 @@
 #include "FileCommands.h"
 #include "LineTable.h"
 #include "PreviewPane.h"
+#include "RemarkBar.h"
 
 #include <QVSongLrc/QVLyricSearchWndCtl.h>
 
@@ -21,13 +22,17 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QWidget *titled(QWidget *view, const char *name, const QString &title, const QString &accessibleName)
+// \p bar, if any, is above the title.
+QWidget *titled(QWidget *view, const char *name, const QString &title, const QString &accessibleName,
+                QWidget *bar = nullptr)
 {
     view->setObjectName(QLatin1StringView(name));
     view->setAccessibleName(accessibleName);
     auto *const pane = new QWidget;
     auto *const layout = new QVBoxLayout(pane);
     layout->setContentsMargins({});
+    if (bar)
+        layout->addWidget(bar);
     auto *const label = new QLabel(title);
     label->setBuddy(view);
     layout->addWidget(label);
@@ -67,6 +72,7 @@ EditorWindow::~EditorWindow()
 
 void EditorWindow::addPanes()
 {
+    m_remarks = new RemarkBar(m_song);
     m_table = new LineTable(m_song);
     m_text = new LyricView;
     m_preview = new PreviewPane;
@@ -76,7 +82,7 @@ void EditorWindow::addPanes()
     texts->setChildrenCollapsible(false);
     m_panes = new QSplitter;
     m_panes->setContentsMargins(6, 6, 6, 6);
-    m_panes->addWidget(titled(m_table, "lines", tr("L&ines"), tr("The song's lines")));
+    m_panes->addWidget(titled(m_table, "lines", tr("L&ines"), tr("The song's lines"), m_remarks));
     m_panes->addWidget(texts);
     m_panes->setStretchFactor(0, 3);
     m_panes->setStretchFactor(1, 2);
@@ -102,6 +108,7 @@ void EditorWindow::connectPanes()
                 if (line.isValid() && line.row() != m_table->currentRow())
                     m_table->select(line.row()); // text and table have the same lines
             });
+    connect(m_remarks, &RemarkBar::rowChosen, m_table, &LineTable::select);
     connect(m_preview, &PreviewPane::lineChosen, m_clock, &ClockBar::seek);
     connect(m_clock, &ClockBar::moved, m_preview, &PreviewPane::setNow);
     connect(m_table, &LineTable::message, this, &EditorWindow::showMessage);
@@ -139,6 +146,7 @@ void EditorWindow::searchOnline()
             return showMessage(tr("The lyric arrived while the song was being saved; search again"));
         m_table->commitOpenEditor();
         m_song.load(lyric);
+        m_remarks->hide(); // its lines are gone
         m_table->select(0);
         showMessage(tr("Loaded the lyric; undo restores the song"));
     };
@@ -148,7 +156,7 @@ void EditorWindow::searchOnline()
 void EditorWindow::showSong(qsizetype row, qsizetype removed, qsizetype inserted)
 {
     m_text->setLyric(m_song.text());
-    m_preview->setSong(m_song.text());
+    m_preview->setSong(m_song.lines());
     m_clock->setLength(m_preview->length());
     // Show what an undo restored.
     if (removed != inserted || !m_table->selectionModel()->isRowSelected(int(row)))

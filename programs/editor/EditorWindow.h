@@ -13,6 +13,7 @@ class LineTable;
 class LyricView;
 class PreviewPane;
 class QSplitter;
+class RemarkBar;
 
 /// A window that edits a song: its lines as a table, its text, its preview, and a clock.
 class EditorWindow : public QMainWindow
@@ -50,6 +51,7 @@ private:
     Recovery m_recovery{m_song};
     FileCommands *m_files;
     ClockBar *m_clock;
+    RemarkBar *m_remarks;
     LineTable *m_table;
     LyricView *m_text;
     PreviewPane *m_preview;

@@ -106,13 +106,23 @@ bool FileCommands::write(const QString &name)
     }
     try {
         m_song.save(file);
+    } catch (const FileRefused &refused) {
+        QMessageBox::critical(
+            m_window, tr("Not Saved"),
+            tr("%1\n\nThe file was not changed. Save the song under another name with File, Save As.")
+                .arg(QString::fromUtf8(refused.what())));
+        return false;
     } catch (const FileError &error) {
         QMessageBox::critical(m_window, tr("Not Saved"), QString::fromUtf8(error.what()));
         return false;
     }
     m_isChangeKnown = false;
     remember(file.name());
-    Q_EMIT message(tr("Saved %1").arg(file.name()));
+    const qsizetype cut = LineEdits::timesWithThousandths(m_song.lines());
+    Q_EMIT message((cut == 0       ? tr("Saved %1")
+                        : cut == 1 ? tr("Saved %1; 1 time without its thousandths")
+                                   : tr("Saved %1; %2 times without their thousandths").arg("%1"_L1).arg(cut))
+                       .arg(file.name()));
     return true;
 }
 
@@ -127,11 +137,13 @@ void FileCommands::read(const QString &name)
     }
     m_isChangeKnown = false;
     remember(m_song.file().name());
-    const bool isSame = m_song.text() == text || m_song.text() == text + u'\n';
-    Q_EMIT message(isSame
-                       ? tr("Opened %1").arg(m_song.file().name())
-                       : tr("Saving will reformat this file: blank lines and words before tags are removed, "
-                            "tags are rewritten"));
+    const SongFile &file = m_song.file();
+    QString opened = tr("Opened %1").arg(file.name());
+    if (file.isEncodingGuessed())
+        opened += tr("; its encoding is a guess: %1").arg(file.encodingName());
+    if (!m_song.lines().isEmpty() && file.content(m_song.text()) != text)
+        opened += tr("; saving writes its tags and line ends in the usual form");
+    Q_EMIT message(opened);
 }
 
 void FileCommands::checkDisk()

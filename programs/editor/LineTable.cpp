@@ -97,7 +97,7 @@ void LineTable::deleteLines()
 void LineTable::moveLines(qint64 milliseconds)
 {
     if (!m_song.moveLines(selectedRows(), milliseconds))
-        Q_EMIT message(tr("A time tag can't exceed 99:59.99"));
+        Q_EMIT message(tr("A time tag can't exceed 9999:59.99"));
 }
 
 void LineTable::moveLinesByAmount()

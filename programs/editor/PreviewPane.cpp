@@ -12,6 +12,29 @@ qint64 timeOf(const std::shared_ptr<QVSongLine> &line)
     return line->aryTimes()->first();
 }
 
+// Not buildWithLrcText(), which reads the song's text otherwise than it was imported.
+QVSongLineList inPlayOrder(const QVSongLineList &lines)
+{
+    QVSongLineList played;
+    qint64 propertyTime = 200; // as in a preview that was built
+    const auto append = [&](const QVSongLine &line, qint64 time) {
+        played += std::make_shared<QVSongLine>(line);
+        played.last()->setAryTimes(std::make_shared<QVTimeList>(QVTimeList{time}));
+    };
+    for (const auto &line : lines) {
+        if (line->isProperty()) {
+            append(*line, propertyTime);
+            propertyTime += 1000;
+            continue;
+        }
+        for (const qint64 time : *std::as_const(*line).aryTimes())
+            append(*line, time);
+    }
+    std::stable_sort(played.begin(), played.end(),
+                     [](const auto &a, const auto &b) { return timeOf(a) < timeOf(b); });
+    return played;
+}
+
 } // namespace
 
 PreviewPane::PreviewPane()
@@ -24,9 +47,9 @@ PreviewPane::PreviewPane()
     connect(this, &QListView::activated, this, choose);
 }
 
-void PreviewPane::setSong(const QString &songText)
+void PreviewPane::setSong(const QVSongLineList &lines)
 {
-    m_song.buildWithLrcText(songText);
+    m_song.setAryLines(std::make_shared<QVSongLineList>(inPlayOrder(lines)));
     showText();
 }
 

@@ -14,8 +14,8 @@ class PreviewPane : public LyricView
 public:
     PreviewPane();
 
-    /// Shows the preview of \p songText.
-    void setSong(const QString &songText);
+    /// Shows the preview of a song with these lines.
+    void setSong(const QVSongLineList &lines);
     void setHasTags(bool hasTags);
     void setNow(qint64 now);
 

@@ -102,7 +102,7 @@ void Recovery::write()
     if (!m_lock)
         m_lock = lock(m_file);
     QJsonObject json = m_song.file().toJson();
-    json["text"_L1] = m_song.text();
+    json["text"_L1] = m_song.exactText();
     m_writer.start([this, name = m_file, json] {
         QSaveFile file(name);
         const QByteArray bytes = QJsonDocument(json).toJson(QJsonDocument::Compact);

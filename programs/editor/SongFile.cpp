@@ -12,6 +12,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+const QString LineEndSample = u"one\ntwo\n"_s;
+
 std::string encoded(const QString &name)
 {
     return QFile::encodeName(name).toStdString();
@@ -36,18 +38,18 @@ SongFile SongFile::read(const QString &name, QString &text)
     if (const QFileInfo info(file.m_name); info.exists() && !info.isFile())
         throw FileError(encoded(file.m_name), "not a file");
     file.m_hash = hashOf(file.m_name);
-    auto decoded = readTextFile(encoded(file.m_name));
+    const DecodedText decoded = readTextFile(encoded(file.m_name));
     file.m_encoding = decoded.encoding;
-    // A song's lines end at line feeds. If all of them are CR LF, the CRs belong to the file, not to the song.
-    file.m_hasCrLf =
-        decoded.text.contains(u'\n') && decoded.text.count(u'\n') == decoded.text.count("\r\n"_L1);
-    text = file.m_hasCrLf ? decoded.text.replace("\r\n"_L1, "\n"_L1) : decoded.text;
+    file.m_isEncodingGuessed = decoded.guess.has_value();
+    text = decoded.text;
+    if (!text.isEmpty())
+        file.m_lineEnds = LineEnds::of(text);
     return file;
 }
 
 void SongFile::write(const QString &text)
 {
-    writeTextFile(encoded(m_name), m_hasCrLf ? QString(text).replace(u'\n', "\r\n"_L1) : text, m_encoding);
+    writeTextFile(encoded(m_name), content(text), m_encoding);
     m_hash = hashOf(m_name);
 }
 
@@ -81,7 +83,7 @@ QJsonObject SongFile::toJson() const
     return {{u"file"_s, m_name},
             {u"encoding"_s, QString::fromLatin1(m_encoding.name)},
             {u"hasMark"_s, m_encoding.hasMark},
-            {u"hasCrLf"_s, m_hasCrLf},
+            {u"lineEnds"_s, content(LineEndSample)},
             {u"hash"_s, QString::fromLatin1(m_hash.toHex())}};
 }
 
@@ -90,7 +92,7 @@ SongFile SongFile::fromJson(const QJsonObject &json)
     SongFile file;
     file.m_name = json["file"_L1].toString();
     file.m_encoding = {json["encoding"_L1].toString().toLatin1(), json["hasMark"_L1].toBool()};
-    file.m_hasCrLf = json["hasCrLf"_L1].toBool();
+    file.m_lineEnds = LineEnds::of(json["lineEnds"_L1].toString(LineEndSample));
     file.m_hash = QByteArray::fromHex(json["hash"_L1].toString().toLatin1());
     return file;
 }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "programs/common/LineEnds.h"
 #include "programs/common/TextEncoding.h"
 
 #include <QByteArray>
@@ -12,12 +13,15 @@
 class SongFile
 {
 public:
-    /// Reads \p name and sets \p text to its content, with line feeds as line ends. \throws FileError
+    /// Reads \p name and sets \p text to its content. \throws FileError
     static SongFile read(const QString &name, QString &text);
 
-    /// Replaces the file's content, in the file's encoding and with its line ends. \throws FileError; the file
-    /// stays as it was.
+    /// Replaces the file's content by content(\p text), in the file's encoding. \throws FileError; the file stays as it
+    /// was.
     void write(const QString &text);
+
+    /// \p text, whose lines end with line feeds, with the file's line ends.
+    QString content(const QString &text) const { return m_lineEnds.applied(text); }
 
     /// Whether the file's encoding has every character of \p text.
     bool canHold(const QString &text) const;
@@ -34,6 +38,7 @@ public:
     void setName(const QString &name);
 
     QString encodingName() const { return QString::fromLatin1(m_encoding.name); }
+    bool isEncodingGuessed() const { return m_isEncodingGuessed; }
 
     /// Writes in UTF-8 from now on.
     void useUtf8() { m_encoding = {}; }
@@ -45,6 +50,7 @@ public:
 private:
     QString m_name;
     TextEncoding m_encoding;
-    bool m_hasCrLf = false;
+    bool m_isEncodingGuessed = false;
+    LineEnds m_lineEnds;
     QByteArray m_hash; // of the bytes on disk; empty without a file
 };

@@ -3,8 +3,10 @@
 #pragma once
 
 #include "SongFile.h"
+#include "programs/common/LineEdits.h"
 
 #include <QVSongLrc/QVEditSong.h>
+#include <QVSongLrc/QVLyricRemark.h>
 
 #include <QAbstractTableModel>
 #include <QUndoStack>
@@ -13,6 +15,7 @@
 #include <set>
 
 /// The song that a window edits: the library's QVEditSong as a table of its lines, with its file and undo stack.
+/// Texts are read by QVLyricImport, so that a song loses nothing however often it is saved and opened.
 ///
 /// Lines in the song are never changed. An edit makes a draft that shares the song's lines, and replaces those
 /// that it changes by changed copies. The difference between the song and the draft is one undo step, so undo
@@ -26,8 +29,7 @@ public:
     enum Column { Times, Kind, Text, ColumnCount };
     using Rows = std::set<quint64>;
 
-    /// In ms. A time tag has two digits for the minutes; one with more would be read as text.
-    static constexpr qint64 LatestTime = 100 * 60'000 - 1;
+    static constexpr qint64 LatestTime = LineEdits::LatestTime;
 
     /// The kind of a line that is not a property. The kind of a property is its key.
     static QString lyricKind() { return tr("Lyric"); }
@@ -36,6 +38,7 @@ public:
 
     const QVSongLineList &lines() const { return *m_song.aryLines(); }
     QString text() const { return m_song.songText(); }
+    QString exactText() const; ///< the text with thousandths of seconds, which text() lacks
 
     /// The value of the first property with this key, such as "ti"; null if there is none.
     QString property(QStringView key) const;
@@ -57,10 +60,12 @@ public:
     // Edits. Each that changes something is one undo step.
     void insertLine(qsizetype row);
     void deleteLines(const Rows &rows);
-    bool moveLines(const Rows &rows, qint64 milliseconds); ///< false if a time would exceed LatestTime
-    bool stamp(qsizetype row, qint64 milliseconds);        ///< sets the first time; false for a property
-    bool insertMakerMark();                                ///< false if it is there already
-    void load(const QString &text);                        ///< replaces all lines
+    /// Word tags move too. False if a time would exceed LatestTime.
+    bool moveLines(const Rows &rows, qint64 milliseconds);
+    bool stamp(qsizetype row,
+               qint64 milliseconds); ///< sets the first time, in hundredths; false for a property
+    bool insertMakerMark();          ///< false if it is there already
+    void load(const QString &text);  ///< replaces all lines
 
     /// An edit; emits refused() and returns false if \p value is not valid in the cell.
     bool setData(const QModelIndex &index, const QVariant &value, int role) override;
@@ -71,7 +76,8 @@ public:
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
 Q_SIGNALS:
-    void songReplaced();
+    /// The song was read. \p remarks are those on its text, whose line \p firstLine, from 1, is in the first row.
+    void songReplaced(const QList<QVLyricRemark> &remarks, qint64 firstLine);
     void saved();
 
     /// \p removed lines from \p row on were replaced by \p inserted others.
@@ -85,7 +91,7 @@ private:
 
     bool setTimes(qsizetype row, const QString &typed); // "[00:01.00][00:09.50]", "1:02.5" or nothing
     bool setKey(qsizetype row, const QString &typed);   // two letters a to z, or nothing for a lyric line
-    bool setText(qsizetype row, QString typed);
+    void setText(qsizetype row, QString typed);
     bool edit(const QString &name, const std::function<void(QVEditSong &draft)> &change);
     void splice(qsizetype row, qsizetype removed, const QVSongLineList &inserted);
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "Commands.h"
 #include "FileList.h"
-#include "LineEdits.h"
+#include "programs/common/LineEdits.h"
 #include "programs/common/LineEnds.h"
 #include "programs/common/TextFile.h"
 

@@ -7,8 +7,11 @@
 #include <optional>
 #include <stdexcept>
 
-/// What the commands do to the lines of a song.
+/// What the programs do to the lines of a song.
 namespace LineEdits {
+
+/// The latest time that QVLyricImport reads, 9999:59.99, in ms.
+inline constexpr qint64 LatestTime = 599'999'990;
 
 /// The song can't be changed as asked; what() says why.
 class Error : public std::runtime_error

@@ -2,15 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "LineEdits.h"
 
-#include "model/TimeForm.h"
-
 #include <QVSongLrc/QVWordTimes.h>
 
 #include <algorithm>
-#include <limits>
 
 using namespace Qt::StringLiterals;
-using namespace QVSongLrcPrivate;
 
 namespace {
 
@@ -44,7 +40,7 @@ void LineEdits::shift(QVSongLineList &lines, qint64 milliseconds, BelowZero belo
             continue;
         const auto times = line->aryTimes();
         if (std::any_of(times->cbegin(), times->cend(), [&](qint64 time) {
-                return milliseconds > TimeForm::Limit - time
+                return milliseconds > LatestTime - time
                     || (milliseconds < -time && belowZero == BelowZero::Fails);
             }))
             throw outOfRange(*line, milliseconds);
