@@ -132,10 +132,11 @@ private Q_SLOTS:
     void keepsOneRecoveryFile()
     {
         EditorDriver editor(m_name);
-        editor.run(u"0:2 'first' Return"_s);
+        editor.run(u"0:0 '[00:01.005]' Return 0:2 'first' Return"_s);
         const QDir folder(m_home->filePath(u"QVSongLrc/tst_editor/recovery"_s));
         QTRY_COMPARE(folder.entryList({u"*.json"_s}).size(), 1);
         const QString recovery = folder.filePath(folder.entryList({u"*.json"_s}).first());
+        QTRY_VERIFY(bytesOf(recovery).contains("[00:01.005]first"));
         const QByteArray before = bytesOf(recovery);
         Recovery::discard(recovery); // in use
         // Limits the size of files, which fails like a full disk.
@@ -150,7 +151,7 @@ private Q_SLOTS:
         ::setrlimit(RLIMIT_FSIZE, &usual);
         QVERIFY(isWarned);
         QCOMPARE(bytesOf(recovery), before);
-        editor.run(u"Ctrl+Z Ctrl+Z"_s);
+        editor.run(u"Ctrl+Z Ctrl+Z Ctrl+Z"_s);
         QTRY_COMPARE(warning->text(), QString());
         QVERIFY(!QFile::exists(recovery));
 

@@ -6,42 +6,47 @@
 
 namespace {
 
-// A preview's line has one time. Not playTime(): its seconds can be 1 ms less when converted back.
-qint64 timeOf(const std::shared_ptr<QVSongLine> &line)
+struct Moment
 {
-    return line->aryTimes()->first();
-}
+    qint64 time;
+    std::shared_ptr<QVSongLine> line; // with this time alone
+};
 
-// Not buildWithLrcText(), which reads the song's text otherwise than it was imported.
-QVSongLineList inPlayOrder(const QVSongLineList &lines)
+// A moment for each time of each line, in play order.
+std::vector<Moment> momentsOf(const QVSongLineList &lines)
 {
-    QVSongLineList played;
-    qint64 propertyTime = 200; // as in a preview that was built
+    std::vector<Moment> moments;
     const auto append = [&](const QVSongLine &line, qint64 time) {
-        played += std::make_shared<QVSongLine>(line);
-        played.last()->setAryTimes(std::make_shared<QVTimeList>(QVTimeList{time}));
+        const auto single = std::make_shared<QVSongLine>();
+        single->setIsProperty(line.isProperty());
+        if (line.isProperty())
+            single->setPropertyStr(line.propertyStr());
+        single->setLineText(line.lineText());
+        single->appendTime(time);
+        moments.push_back({time, single});
     };
+    qint64 propertyTime = 200; // as in a preview that was built
     for (const auto &line : lines) {
         if (line->isProperty()) {
             append(*line, propertyTime);
             propertyTime += 1000;
             continue;
         }
-        for (const qint64 time : *std::as_const(*line).aryTimes())
+        for (const qint64 time : *line->aryTimes())
             append(*line, time);
     }
-    std::stable_sort(played.begin(), played.end(),
-                     [](const auto &a, const auto &b) { return timeOf(a) < timeOf(b); });
-    return played;
+    std::stable_sort(moments.begin(), moments.end(),
+                     [](const Moment &a, const Moment &b) { return a.time < b.time; });
+    return moments;
 }
 
 } // namespace
 
 PreviewPane::PreviewPane()
 {
-    m_song.buildWithLrcText({});
+    m_song.setAryLines(std::make_shared<QVSongLineList>());
     const auto choose = [this](const QModelIndex &index) {
-        Q_EMIT lineChosen(timeOf(m_song.aryLines()->at(index.row())));
+        Q_EMIT lineChosen(m_times.at(std::size_t(index.row())));
     };
     connect(this, &QListView::clicked, this, choose);
     connect(this, &QListView::activated, this, choose);
@@ -49,7 +54,14 @@ PreviewPane::PreviewPane()
 
 void PreviewPane::setSong(const QVSongLineList &lines)
 {
-    m_song.setAryLines(std::make_shared<QVSongLineList>(inPlayOrder(lines)));
+    // Not buildWithLrcText(), which reads the song's text otherwise than it was imported.
+    const auto played = std::make_shared<QVSongLineList>();
+    m_times.clear();
+    for (const Moment &moment : momentsOf(lines)) {
+        m_times.push_back(moment.time);
+        played->append(moment.line);
+    }
+    m_song.setAryLines(played);
     showText();
 }
 
@@ -62,22 +74,18 @@ void PreviewPane::setHasTags(bool hasTags)
 void PreviewPane::setNow(qint64 now)
 {
     m_now = now;
-    // The last line that has begun. The lines are in order of play time.
-    const QVSongLineList &lines = *m_song.aryLines();
-    const auto next = std::upper_bound(lines.cbegin(), lines.cend(), now,
-                                       [](qint64 time, const auto &line) { return time < timeOf(line); });
-    const qsizetype current = next - lines.cbegin() - 1;
+    // The last line that has begun.
+    const qsizetype current = std::upper_bound(m_times.cbegin(), m_times.cend(), now) - m_times.cbegin() - 1;
     if (current == m_current)
         return;
     m_current = current;
-    highlight(current < 0 ? std::nullopt : std::optional(lines[current]->txtRg()));
+    highlight(current < 0 ? std::nullopt : std::optional(m_song.aryLines()->at(current)->txtRg()));
     scrollTo(currentIndex(), PositionAtCenter); // shows the next lines too
 }
 
 qint64 PreviewPane::length() const
 {
-    const QVSongLineList &lines = *m_song.aryLines();
-    return lines.isEmpty() ? 0 : timeOf(lines.last());
+    return m_times.empty() ? 0 : m_times.back();
 }
 
 void PreviewPane::showText()

@@ -6,6 +6,8 @@
 
 #include <QVSongLrc/QVPreviewSong.h>
 
+#include <vector>
+
 /// The song as it plays, with the current line highlighted. Times are in ms.
 class PreviewPane : public LyricView
 {
@@ -30,6 +32,7 @@ private:
     void showText();
 
     QVPreviewSong m_song;
+    std::vector<qint64> m_times; // of its lines
     bool m_hasTags = true;
     qint64 m_now = 0;
     qsizetype m_current = -1; // the line highlighted
