@@ -69,7 +69,7 @@ public:
     /// Uses the window. \p script is a list of words:
     /// - `2:1` goes to the cell in row 2, column 1;
     /// - `'text'` replaces the text of the current cell, which stays open;
-    /// - `@1` clicks this line of the preview;
+    /// - `@1` clicks this line of the preview, `#1` this remark;
     /// - `^a.lrc,b.lrc` drops these files, which may be URLs;
     /// - `?Save` clicks this button in the dialog that the next key opens, see answer(); `?'text'` enters a text;
     /// - `!'text'` lets another program write the file, `!''` delete it;
@@ -172,10 +172,11 @@ private:
             activate(&other);
         }
         activate(window.get()); // a dialog may have been there
-        if (word.startsWith(u'@')) {
-            const QModelIndex line = view("preview")->model()->index(word.sliced(1).toInt(), 0);
-            QTest::mouseClick(view("preview")->viewport(), Qt::LeftButton, {},
-                              view("preview")->visualRect(line).center());
+        if (word.startsWith(u'@') || word.startsWith(u'#')) {
+            auto *const list =
+                window->findChild<QAbstractItemView *>(word[0] == u'@' ? u"preview"_s : u"remarks"_s);
+            const QModelIndex line = list->model()->index(word.sliced(1).toInt(), 0);
+            QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualRect(line).center());
         } else if (word.startsWith(u'\'')) {
             QGuiApplication::clipboard()->setText(word.chopped(1).sliced(1));
             if (window->focusWidget() == table)
