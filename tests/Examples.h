@@ -5,6 +5,8 @@
 #include <QFile>
 #include <QTest>
 
+#include <limits>
+
 using namespace Qt::StringLiterals;
 
 /// Adds rows to the running test, in one column named "cells": those of the tables with this header in
@@ -30,3 +32,6 @@ inline void addExamples(const QString &header, int tables = 1)
     }
     QCOMPARE(tables, 0);
 }
+
+inline constexpr qint64 Max = std::numeric_limits<qint64>::max();
+inline constexpr qint64 Min = std::numeric_limits<qint64>::min();
