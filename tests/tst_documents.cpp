@@ -193,7 +193,7 @@ private Q_SLOTS:
     void ownsTexts()
     {
         const auto check = [](auto document) {
-            QString buffer = u"[00:01.00]one\n[00:02.00]two"_s;
+            QString buffer = QStringView(u"[00:01.00]one\n[00:02.00]two").toString(); // not a literal
             const auto text = QString::fromRawData(buffer.constData(), buffer.size());
             document->buildWithLrcText(text);
             document->setSongText(text);
