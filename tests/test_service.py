@@ -192,7 +192,7 @@ class LifeTest(unittest.TestCase):
             idle.sendall(request)
             self.assertEqual(self.service.read(idle)[0], 200)
             busy.sendall(request[:-5])
-            self.service.process.terminate()
+            self.service.process.send_signal(2)  # Ctrl+C
             self.assertEqual(idle.recv(1), b"")
             with self.assertRaises(OSError):
                 self.service.connect()
