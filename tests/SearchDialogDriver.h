@@ -85,8 +85,8 @@ public:
         return now.join(u", ");
     }
 
-    /// Opens the dialog with the story's title and artist, separated by "/". Takes the steps in its modal loop, the rest
-    /// after it has closed.
+    /// Opens the dialog with the story's title and artist, separated by "/". Takes the steps in its modal loop, and
+    /// the rest after it has closed.
     void play(const QString &story)
     {
         QStringList steps = QString(story).replace(u"; "_s, u"\n"_s).split(u'\n');
