@@ -82,15 +82,17 @@ private Q_SLOTS:
 
     void marksAtTheEndsOfTime()
     {
-        // Two times and that of the mark, which is behind the first line or in front. The first two gaps overflow.
-        for (const auto &[a, b, time] : {std::tuple(Min, Max, Min + 300), std::tuple(Max, Min, 300ll),
-                                         std::tuple(Max - 200, Max, Max)}) {
+        // Two times, and those of the mark behind the first line or in front. The first two gaps overflow.
+        for (const auto &[a, b, mark, first, second] :
+             {std::tuple(Min, Max, 1, Min + 300, Min + 700), std::tuple(Max, Min, 0, 300ll, 700ll),
+              std::tuple(Max - 200, Max, 1, Max, Max)}) {
             const auto document = song(u"a\nb"_s);
             document->aryLines()->at(0)->appendTime(a);
             document->aryLines()->at(0)->setPropertyStr(u"Quendle " MAKER_HOST ""_s); // only texts count
             document->aryLines()->at(1)->appendTime(b);
             QVERIFY(document->insertCopyrightMark());
-            QCOMPARE(document->aryLines()->at(a < b ? 1 : 0)->aryTimes()->first(), time);
+            QCOMPARE(document->aryLines()->at(mark)->aryTimes()->first(), first);
+            QCOMPARE(document->aryLines()->at(mark + 1)->aryTimes()->first(), second);
         }
     }
 

@@ -51,8 +51,7 @@ private Q_SLOTS:
         const QString zeros(400, u'0');
         QCOMPARE(QVUtils::getTimeInterval(u"[0:0."_s + zeros + u"9]"_s), 0);
         QCOMPARE(QVUtils::getTimeInterval(u"[0:1"_s + zeros + u']'), Max);
-        for (const QString &tag : {QString(), u"["_s})
-            QVERIFY_THROWS_EXCEPTION(std::out_of_range, QVUtils::getTimeInterval(tag));
+        QVERIFY_THROWS_EXCEPTION(std::out_of_range, QVUtils::getTimeInterval(u"["_s));
     }
 
     void writesTimes_data() { addExamples(u"| time in ms | time tag |"_s); }
