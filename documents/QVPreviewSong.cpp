@@ -39,9 +39,9 @@ struct Lines
     LineBlocks blocks;
     qsizetype count = 0;
     std::vector<qsizetype> properties; // their indexes
-    std::vector<Moment> firsts;  // of properties and of the first tags of lines
-    std::vector<Moment> repeats; // of the other tags
-    qsizetype displayLength = 0; // of all lines with their line feeds
+    std::vector<Moment> firsts;        // of properties and of the first tags of lines
+    std::vector<Moment> repeats;       // of the other tags
+    qsizetype displayLength = 0;       // of all lines with their line feeds
 };
 
 Lines readLines(QStringView text)
