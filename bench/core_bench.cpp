@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
-// Benchmarks of the documents, and of their baselines (see Baseline.h). bench/ratios.py compares the results.
+// Benchmarks of the documents, and of a floor to compare them with. bench/ratios.py compares the results.
 
-#include "Baseline.h"
+#include "Corpus.h"
 
 #include <QVSongLrc/QVSongLrc.h>
 
@@ -11,142 +11,84 @@
 
 #include <malloc.h>
 
-#include <array>
-#include <numeric>
+#include <optional>
+#include <set>
 
 using namespace Qt::StringLiterals;
+using namespace std::string_literals;
 
 namespace {
 
-// A text like common lyrics: lines in order of time, every eighth sung again a minute later. Times stay below
-// 100 minutes, so in longer texts the lines are closer together.
-QString lyricText(qsizetype lines)
+// What a reader of lyrics cannot do without: one pass over the text that finds the lines and their plain time tags,
+// and keeps views and times. It knows nothing of the library's lines.
+struct Floor
 {
-    static const std::array<QString, 5> words{
-        u"Should old acquaintance be forgot"_s, u"and never brought to mind?"_s,
-        u"For auld lang syne, my dear"_s, u"Во поле берёза стояла"_s, u"さくら さくら やよいの空は"_s};
-    QString text;
-    for (qsizetype i = 0; i < lines; ++i) {
-        const qint64 time = i * std::min<qint64>(2'350, 5'900'000 / lines);
-        text += QVUtils::getTimeIntervalPeerStr(time);
-        if (i % 8 == 0)
-            text += QVUtils::getTimeIntervalPeerStr(time + 61'230);
-        text += words[std::size_t(i) % words.size()] + u'\n';
+    struct Line
+    {
+        QStringView text;
+        std::size_t timesEnd;
+    };
+    std::vector<Line> lines;
+    std::vector<qint64> times;
+
+    void buildWithLrcText(const QString &text)
+    {
+        for (qsizetype begin = 0, end = 0; begin < text.size(); begin = end + 1) {
+            end = text.indexOf(u'\n', begin);
+            if (end < 0)
+                end = text.size();
+            QStringView line = QStringView(text).sliced(begin, end - begin);
+            while (line.size() >= 10 && line[0] == u'[' && line[1].isDigit() && line[2].isDigit()
+                   && line[3] == u':' && line[4].isDigit() && line[5].isDigit() && line[6] == u'.'
+                   && line[7].isDigit() && line[8].isDigit() && line[9] == u']') {
+                const auto field = [line](qsizetype at) {
+                    return (line[at].unicode() - u'0') * 10 + line[at + 1].unicode() - u'0';
+                };
+                times.push_back(field(1) * 60'000 + field(4) * 1'000 + field(7) * 10);
+                line = line.sliced(10);
+            }
+            if (!line.isEmpty())
+                lines.push_back({line, times.size()});
+        }
     }
-    return text;
-}
+};
 
-const QString &lyric(const benchmark::State &state)
+struct Import
 {
-    static std::map<qint64, QString> texts;
-    QString &text = texts[state.range(0)];
-    if (text.isNull())
-        text = lyricText(state.range(0));
-    return text;
-}
+    void buildWithLrcText(const QString &text) { lyric.emplace(text); }
+    std::optional<QVLyricImport> lyric;
+};
 
-void countLines(benchmark::State &state)
-{
-    state.SetItemsProcessed(state.iterations() * state.range(0));
-}
+constexpr auto NoMore = [](auto &) {};
 
-template <typename Song>
-void build(benchmark::State &state)
+template <typename Song, typename More = decltype(NoMore)>
+void build(benchmark::State &state, const Corpus::Texts &texts, More more = NoMore)
 {
-    const QString &text = lyric(state);
     for (auto _ : state) {
-        Song song;
-        song.buildWithLrcText(text);
-        benchmark::DoNotOptimize(song.aryLines());
+        for (const QString &text : texts.songs) {
+            Song song;
+            song.buildWithLrcText(text);
+            more(song);
+            benchmark::DoNotOptimize(&song);
+            benchmark::ClobberMemory();
+        }
     }
-    countLines(state);
+    state.SetItemsProcessed(state.iterations() * texts.lineCount);
 }
 
-void buildBaseline(benchmark::State &state)
-{
-    const QString &text = lyric(state);
-    for (auto _ : state) {
-        const Baseline::Document document = Baseline::build(text);
-        benchmark::DoNotOptimize(document.lines.constData());
-    }
-    countLines(state);
-}
-
-void serialise(benchmark::State &state)
+void deleteHalf(benchmark::State &state, const Corpus::Texts &texts)
 {
     QVEditSong song;
-    song.buildWithLrcText(lyric(state));
+    song.buildWithLrcText(texts.songs.front());
+    const QVSongLineList lines = *song.aryLines();
+    std::set<quint64> indexes;
+    for (quint64 i = 0; i < quint64(lines.size()); i += 2)
+        indexes.insert(indexes.end(), i);
     for (auto _ : state) {
-        song.updateSongText();
-        benchmark::DoNotOptimize(song.songText());
+        song.setAryLines(std::make_shared<QVSongLineList>(lines));
+        song.deleteLineAtIndexs(indexes);
     }
-    countLines(state);
-}
-
-void serialiseBaseline(benchmark::State &state)
-{
-    QVEditSong song;
-    song.buildWithLrcText(lyric(state));
-    const QString text = song.songText();
-    for (auto _ : state)
-        benchmark::DoNotOptimize(Baseline::copyWithRanges(*song.aryLines(), text).constData());
-    countLines(state);
-}
-
-template <bool HasTag>
-void previewText(benchmark::State &state)
-{
-    QVPreviewSong preview;
-    preview.buildWithLrcText(lyric(state));
-    for (auto _ : state)
-        benchmark::DoNotOptimize(preview.previewSongTextWithHasTag(HasTag).constData());
-    countLines(state);
-}
-
-template <bool HasTag>
-void previewTextBaseline(benchmark::State &state)
-{
-    QVPreviewSong preview;
-    preview.buildWithLrcText(lyric(state));
-    const QString text = preview.previewSongTextWithHasTag(HasTag);
-    for (auto _ : state)
-        benchmark::DoNotOptimize(Baseline::copyWithRanges(*preview.aryLines(), text).constData());
-    countLines(state);
-}
-
-// Deletes every second line of a document.
-template <typename Delete>
-void deleteHalf(benchmark::State &state, Delete deleteLines)
-{
-    std::vector<qsizetype> indexes(std::size_t(state.range(0) / 2));
-    std::iota(indexes.begin(), indexes.end(), 0);
-    for (qsizetype &index : indexes)
-        index *= 2;
-    const std::set<quint64> set(indexes.begin(), indexes.end());
-    for (auto _ : state) {
-        state.PauseTiming();
-        QVEditSong song;
-        song.buildWithLrcText(lyric(state));
-        state.ResumeTiming();
-        deleteLines(song, set, indexes);
-        benchmark::DoNotOptimize(song.aryLines());
-        state.PauseTiming();
-        song.aryLines()->clear();
-        state.ResumeTiming();
-    }
-    countLines(state);
-}
-
-void deleteSet(benchmark::State &state)
-{
-    deleteHalf(state, [](QVEditSong &song, const auto &set, const auto &) { song.deleteLineAtIndexs(set); });
-}
-
-void deleteSetBaseline(benchmark::State &state)
-{
-    deleteHalf(state, [](QVEditSong &song, const auto &, const auto &indexes) {
-        *song.aryLines() = Baseline::without(*song.aryLines(), indexes);
-    });
+    state.SetItemsProcessed(state.iterations() * texts.lineCount);
 }
 
 // The number of bytes that are allocated on the heap.
@@ -156,76 +98,73 @@ double heapBytes()
     return double(info.uordblks + info.hblkhd);
 }
 
-void memory(benchmark::State &state)
+// Bytes a line, without the text that the document keeps.
+template <typename Song>
+void memory(benchmark::State &state, const Corpus::Texts &texts)
 {
-    const QString &text = lyric(state);
     for (auto _ : state) {
         const double before = heapBytes();
-        QVEditSong song;
-        song.buildWithLrcText(text);
-        const double document = heapBytes() - before;
-        const double songText = double(song.songText().size()) * sizeof(char16_t);
-        state.counters["bytes_per_line"] = (document - songText) / double(song.aryLines()->size());
+        Song song;
+        song.buildWithLrcText(texts.songs.front());
+        double text = 0;
+        for (const auto &line : *song.aryLines())
+            text += double(line->displayText().size() + 1) * sizeof(char16_t);
+        state.counters["bytes_per_line"] = (heapBytes() - before - text) / double(song.aryLines()->size());
     }
 }
 
-void hostile(benchmark::State &state, const QString &piece)
+// Builds both documents of one text.
+void buildBoth(benchmark::State &state, const QString &text)
 {
-    const qsizetype size = state.range(0) * 1024;
-    const QString text = piece.repeated(size / piece.size());
     for (auto _ : state) {
         QVEditSong song;
         song.buildWithLrcText(text);
         QVPreviewSong preview;
         preview.buildWithLrcText(text);
-        benchmark::DoNotOptimize(song.aryLines());
-        benchmark::DoNotOptimize(preview.aryLines());
     }
-    state.SetItemsProcessed(state.iterations() * text.size());
+    state.counters["chars_per_second"] =
+        benchmark::Counter(double(text.size()), benchmark::Counter::kIsIterationInvariantRate);
 }
-
-// The same work on a common lyric, to compare the hostile texts with. An item is a character.
-void usual(benchmark::State &state)
-{
-    hostile(state, lyricText(state.range(0) * 1024 / 30).first(state.range(0) * 1024));
-}
-
-const std::pair<const char *, QString> HostilePieces[] = {
-    {"spaces", u" "_s},   {"property_keys", u"[aa:"_s}, {"time_starts", u"[00:00.0"_s},
-    {"brackets", u"["_s}, {"cjk", u"春高楼の花の宴"_s},
-};
 
 } // namespace
 
 int main(int argc, char **argv)
 {
-    // Keep freed memory, so that the results do not depend on how fast the kernel hands out pages.
-    mallopt(M_MMAP_MAX, 0);
-    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
-
-    const auto perDocument = [](const char *name, void (*run)(benchmark::State &)) {
-        benchmark::RegisterBenchmark(name, run)->Arg(63)->Arg(4'000)->Arg(300'000);
-    };
-    perDocument("build", build<QVEditSong>);
-    perDocument("build_baseline", buildBaseline);
-    perDocument("build_preview", build<QVPreviewSong>);
-    perDocument("serialise", serialise);
-    perDocument("serialise_baseline", serialiseBaseline);
-    perDocument("preview_tags", previewText<true>);
-    perDocument("preview_tags_baseline", previewTextBaseline<true>);
-    perDocument("preview_bare", previewText<false>);
-    perDocument("preview_bare_baseline", previewTextBaseline<false>);
-    for (const qint64 lines : {63, 4'000, 100'000, 300'000}) {
-        benchmark::RegisterBenchmark("delete_set", deleteSet)->Arg(lines);
-        benchmark::RegisterBenchmark("delete_set_baseline", deleteSetBaseline)->Arg(lines);
+    const std::pair<std::string, Corpus::Texts> corpora[] = {
+        {"song", Corpus::oneSong()}, {"songs", Corpus::songs(2'000)}, {"big", Corpus::bigText()}};
+    for (const auto &[name, texts] : corpora) {
+        const auto add = [&](const char *operation, auto run) {
+            benchmark::RegisterBenchmark((operation + ('/' + name)).c_str(), run);
+        };
+        add("floor", [&](auto &state) { build<Floor>(state, texts); });
+        add("edit", [&](auto &state) { build<QVEditSong>(state, texts); });
+        add("import", [&](auto &state) { build<Import>(state, texts); });
+        add("preview", [&](auto &state) { build<QVPreviewSong>(state, texts); });
+        add("build_update", [&](auto &state) {
+            build<QVEditSong>(state, texts, [](QVEditSong &song) { song.updateSongText(); });
+        });
+        add("preview_text", [&](auto &state) {
+            build<QVPreviewSong>(state, texts,
+                                 [](QVPreviewSong &preview) { preview.previewSongTextWithHasTag(true); });
+        });
     }
-    benchmark::RegisterBenchmark("memory", memory)->Arg(300'000)->Iterations(1);
-    benchmark::RegisterBenchmark("usual", usual)->Arg(256);
-    for (const auto &[name, piece] : HostilePieces) {
-        benchmark::RegisterBenchmark((std::string("hostile_") + name).c_str(), hostile, piece)
-            ->Arg(64)
-            ->Arg(128)
-            ->Arg(256);
+    const Corpus::Texts &big = corpora[2].second;
+    benchmark::RegisterBenchmark("delete_half/big", [&](auto &state) { deleteHalf(state, big); });
+    benchmark::RegisterBenchmark("memory/edit", [&](auto &state) {
+        memory<QVEditSong>(state, big);
+    })->Iterations(1);
+    benchmark::RegisterBenchmark("memory/preview", [&](auto &state) {
+        memory<QVPreviewSong>(state, big);
+    })->Iterations(1);
+    benchmark::RegisterBenchmark("usual/32", [&](auto &state) { buildBoth(state, big.songs.front()); });
+    // Texts that a careless reader goes over again and again.
+    for (const auto &[name, piece] : {std::pair("spaces", u" "_s), std::pair("property_keys", u"[aa:"_s),
+                                      std::pair("time_starts", u"[00:00.0"_s)}) {
+        for (const int size : {8, 32}) {
+            const QString text = piece.repeated(size * 1024 * 1024 / piece.size()) + u']';
+            benchmark::RegisterBenchmark(("hostile_"s + name + '/' + std::to_string(size)).c_str(),
+                                         [text](auto &state) { buildBoth(state, text); });
+        }
     }
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))

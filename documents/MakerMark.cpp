@@ -54,7 +54,7 @@ bool QVEditSong::insertCopyrightMark()
 
     const auto mentions = [&lines](QStringView words) {
         return std::any_of(lines.cbegin(), lines.cend(),
-                           [words](const auto &line) { return line && line->m_textView.contains(words); });
+                           [words](const auto &line) { return line && line->textView().contains(words); });
     };
     if (mentions(MakerName) && mentions(MakerHost))
         return false;

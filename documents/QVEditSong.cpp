@@ -4,6 +4,8 @@
 
 #include "LyricReader.h"
 #include "QVLineWriter.h"
+#include "SongTextWriter.h"
+#include "model/LineBlocks.h"
 #include "model/OwnedString.h"
 #include "model/QVSongLine_p.h"
 #include "model/TimeText.h"
@@ -30,33 +32,45 @@ QVEditSong::~QVEditSong() = default;
 
 void QVEditSong::buildWithLrcText(const QString &text)
 {
-    // No copy is needed: writeSongText() makes the lines slice the song text, not the caller's text.
-    const QString source = QString::fromRawData(text.constData(), text.size());
-    const auto lines = std::make_shared<QVSongLineList>();
-    const auto appendLine = [&](QStringView lineText) -> QVSongLine & {
-        QVSongLine &line = *lines->emplaceBack(std::make_shared<QVSongLine>());
-        line.setTextSlice(source, lineText);
-        return line;
-    };
+    SongTextWriter writer(text);
+    LineBlocks lines(expectedLines(text));
     readLyric(
-        source,
-        [&](const TagScanner::Property &property) {
-            QVSongLine &line = appendLine(property.value);
-            line.m_isProperty = true;
-            line.m_propertyStr = property.key.toString();
+        text,
+        [&](QStringView raw, const TagScanner::Property &property) {
+            const auto [key, value] = property;
+            const qsizetype length = key.size() + value.size() + 3;
+            const bool isKept = raw.size() == length && raw.front() == u'[' && !value.isEmpty();
+            const qsizetype position = isKept ? writer.keep(raw) : writer.position();
+            if (!isKept)
+                writePropertyTag(writer.addLine(length), key, value);
+            const qsizetype prefixLength = key.size() + 2;
+            lines.append({position + prefixLength, value, prefixLength, key, true},
+                         {quint64(position), quint64(length)});
         },
-        [&](QStringView rawLine) {
-            QVSongLine &line = appendLine(rawLine);
-            qsizetype end = 0;
-            while (const auto tag = TagScanner::timeTag(rawLine, end)) {
-                line.m_ownTimes.append(TimeText::fromTag(rawLine.sliced(tag->begin, tag->end - tag->begin)));
-                end = tag->end;
+        [&](const LyricLine &line) {
+            qsizetype position = 0;
+            qsizetype prefixLength = line.textBegin();
+            if (line.isDisplay) {
+                position = writer.keep(line.raw);
+            } else {
+                prefixLength = 0;
+                for (const LyricLine::TimeTag &tag : line.tags)
+                    prefixLength += TimeText::tagLength(tag.milliseconds);
+                position = writer.position();
+                char16_t *out = writer.addLine(prefixLength + line.text().size());
+                for (const LyricLine::TimeTag &tag : line.tags)
+                    out = TimeText::writeTag(out, tag.milliseconds);
+                writeText(out, line.text());
             }
-            line.m_textView = rawLine.sliced(end);
+            QVSongLine &songLine =
+                lines.append({position + prefixLength, line.text(), prefixLength, QStringView(), true},
+                             {quint64(position), quint64(prefixLength + line.text().size())});
+            for (const LyricLine::TimeTag &tag : line.tags)
+                LineBlocks::addTime(songLine, tag.milliseconds);
         });
-    lines->squeeze();
-    d->songText = QVLineWriter::writeSongText(*lines);
-    d->lines = lines;
+    d->songText = writer.finish();
+    lines.setText(d->songText);
+    d->lines = lines.lines();
 }
 
 QString QVEditSong::songText() const
@@ -71,7 +85,7 @@ void QVEditSong::setSongText(const QString &text)
 
 void QVEditSong::updateSongText()
 {
-    d->songText = QVLineWriter::writeSongText(*d->lines);
+    d->songText = QVLineWriter::writeDisplayTexts(*d->lines);
 }
 
 std::shared_ptr<QVSongLineList> QVEditSong::aryLines()

@@ -2,114 +2,136 @@
 // SPDX-License-Identifier: MIT
 #include "QVLineWriter.h"
 
+#include "model/HugePages.h"
 #include "model/QVSongLine_p.h"
-
-#include <limits>
 
 namespace QVSongLrcPrivate {
 namespace {
 
-// Calls visit() for every line that is not null. Lines are scattered over the heap, so a later line is
-// prefetched while one is visited; on long lyrics this saves a third of the time.
+// Calls visit() for every line that is not null. The lines of a preview may be anywhere in memory, so a later line is
+// fetched while one is visited.
 template <typename Visit>
 void forEachLine(const QVSongLineList &lines, Visit visit)
 {
-    constexpr qsizetype Ahead = 8;
-    constexpr qsizetype CacheLine = 64;
+    constexpr qsizetype Ahead = 32;
     const auto at = lines.cbegin();
     for (qsizetype i = 0; i < lines.size(); ++i) {
-        if (i + Ahead < lines.size()) {
-            const char *const ahead = reinterpret_cast<const char *>(at[i + Ahead].get());
-            __builtin_prefetch(ahead);
-            __builtin_prefetch(ahead + CacheLine);
-        }
+        if (i + Ahead < lines.size())
+            __builtin_prefetch(at[i + Ahead].get());
         if (QVSongLine *const line = at[i].get())
             visit(*line);
     }
 }
 
-template <typename Length>
-qsizetype totalLength(const QVSongLineList &lines, Length length)
-{
-    qsizetype total = 0;
-    forEachLine(lines, [&](const QVSongLine &line) { total += length(line) + 1; });
-    return total;
-}
-
 } // namespace
 
-// writeLine(line, at, text, location) writes a line at `at`, which is index `location` of `text`, and returns
-// the end of what it wrote. `total` is the length of all lines with their line feeds.
+// writeLine(line, at) writes a line at `at` and returns the end of what it wrote. `total` is the length of all
+// lines with their line feeds.
 template <typename WriteLine>
 QString QVLineWriter::write(const QVSongLineList &lines, qsizetype total, WriteLine writeLine)
 {
     QString text(total, Qt::Uninitialized);
-    char16_t *const begin = reinterpret_cast<char16_t *>(text.data());
-    char16_t *at = begin;
+    char16_t *at = reinterpret_cast<char16_t *>(text.data());
     forEachLine(lines, [&](QVSongLine &line) {
-        at = writeLine(line, at, text, at - begin);
+        at = writeLine(line, at);
         *at++ = u'\n';
     });
     return text;
 }
 
-qsizetype QVLineWriter::displayLength(const QVSongLineList &lines)
+// Sets the lines' ranges and the length of all display texts with their line feeds. Returns that text if it is the
+// source of all lines, as it is while nobody has changed a line since a document was built; else an absent text.
+QString QVLineWriter::placeDisplayTexts(const QVSongLineList &lines, qsizetype &total)
 {
-    return totalLength(lines, [](const QVSongLine &line) { return line.displayLength(); });
-}
-
-// Writes the display text at `at`, which points into `text`. A line whose text is a slice then slices `text`.
-char16_t *QVLineWriter::writeAndSlice(QVSongLine &line, char16_t *at, const QString &text)
-{
-    char16_t *const end = line.writeDisplayText(at);
-    if (line.m_textIsSlice) {
-        const qsizetype length = line.m_textView.size();
-        const qsizetype tagsLength = end - at - length;
-        line.setTextSlice(text, {end - (line.m_isProperty ? 1 : 0) - length, length});
-        // A shared list can change without notice, so only the tags of the line's own times are kept.
-        if (!line.m_isProperty && !line.m_sharedTimes && tagsLength <= std::numeric_limits<quint32>::max())
-            line.m_tagsLength = quint32(tagsLength);
-    }
-    return end;
-}
-
-QString QVLineWriter::writeSongText(const QVSongLineList &lines)
-{
-    return write(lines, displayLength(lines),
-                 [](QVSongLine &line, char16_t *at, const QString &text, qsizetype location) {
-                     char16_t *const end = writeAndSlice(line, at, text);
-                     line.m_txtRg = {quint64(location), quint64(end - at)};
-                     return end;
-                 });
-}
-
-void QVLineWriter::gatherTexts(const QVSongLineList &lines, qsizetype maxLength)
-{
-    const qsizetype total = displayLength(lines);
-    if (total > maxLength)
-        return;
-    write(lines, total, [](QVSongLine &line, char16_t *at, const QString &text, qsizetype) {
-        return writeAndSlice(line, at, text);
+    const QString *source = nullptr; // of the last line
+    const char16_t *expected =
+        nullptr; // where that line's display text must be for the source to be the result
+    bool isSource = true;
+    total = 0;
+    forEachLine(lines, [&](QVSongLine &line) {
+        qsizetype length = 0;
+        if (line.m_displayIsSlice) {
+            const QStringView display = line.displaySlice();
+            length = display.size();
+            if (!source)
+                expected = reinterpret_cast<const char16_t *>(line.m_source->constData());
+            source = line.m_source;
+            isSource = isSource && display.utf16() == expected;
+            expected = display.utf16() + length + 1;
+        } else {
+            length = line.displayLength();
+            isSource = false;
+        }
+        line.m_txtRg = {quint64(total), quint64(length)};
+        total += length + 1;
     });
+    return source && isSource && total == source->size() && source->endsWith(u'\n') ? *source : QString();
 }
 
 QString QVLineWriter::writeDisplayTexts(const QVSongLineList &lines)
 {
-    return write(lines, displayLength(lines),
-                 [](QVSongLine &line, char16_t *at, const QString &, qsizetype location) {
-                     char16_t *const end = line.writeDisplayText(at);
-                     line.m_txtRg = {quint64(location), quint64(end - at)};
-                     return end;
-                 });
+    qsizetype total = 0;
+    const QString source = placeDisplayTexts(lines, total);
+    if (!source.isNull())
+        return source;
+    return write(lines, total,
+                 [](const QVSongLine &line, char16_t *at) { return line.writeDisplayText(at); });
+}
+
+QString QVLineWriter::gatherDisplayTexts(const QVSongLineList &lines, qsizetype total)
+{
+    // Texts up to this length are copied as blocks of this length. A copy that depends on the length would take
+    // longer, since the processor mispredicts it for most lines.
+    constexpr qsizetype BlockLength = 64;
+    constexpr qsizetype Large = 10'000;
+    constexpr qsizetype Ahead = 32;
+    QString gathered(total + BlockLength, Qt::Uninitialized);
+    char16_t *const begin = reinterpret_cast<char16_t *>(gathered.data());
+    preferHugePages(begin, total);
+    char16_t *out = begin;
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        // In a large document, the next line and its text may be anywhere, so they are fetched from memory early.
+        if (lines.size() >= Large && i + 2 * Ahead < lines.size()) {
+            __builtin_prefetch(lines[i + 2 * Ahead].get());
+            const char16_t *const text = lines[i + Ahead]->textView().utf16();
+            for (qsizetype unit = 0; unit < BlockLength; unit += 31)
+                __builtin_prefetch(text + unit);
+        }
+        QVSongLine &line = *lines[i];
+        char16_t *const display = out;
+        const QStringView text = line.textView();
+        if (line.m_isProperty) {
+            out = writePropertyTag(out, line.keyView(), text);
+        } else {
+            out = TimeText::writeTag(out, line.firstTime());
+            line.m_prefixLength = quint8(out - display);
+            if (line.m_textIsSlice && text.size() <= BlockLength
+                && line.m_source->size() - line.m_position >= BlockLength) {
+                std::memcpy(out, text.utf16(), BlockLength * sizeof(char16_t));
+                out += text.size();
+            } else {
+                out = writeText(out, text);
+            }
+        }
+        if (line.m_textIsSlice) {
+            line.m_position = display + line.m_prefixLength - begin;
+            line.m_displayIsSlice = true;
+        }
+        *out++ = u'\n';
+    }
+    gathered.truncate(total);
+    return gathered;
 }
 
 QString QVLineWriter::writeLineTexts(const QVSongLineList &lines)
 {
-    const qsizetype total =
-        totalLength(lines, [](const QVSongLine &line) { return textOrPlaceholder(line.m_textView).size(); });
-    return write(lines, total, [](QVSongLine &line, char16_t *at, const QString &, qsizetype location) {
-        line.m_txtRg = {quint64(location), quint64(line.m_textView.size())};
-        return writeText(at, textOrPlaceholder(line.m_textView));
+    qsizetype total = 0;
+    forEachLine(lines, [&](QVSongLine &line) {
+        line.m_txtRg = {quint64(total), quint64(line.textView().size())};
+        total += textOrPlaceholder(line.textView()).size() + 1;
+    });
+    return write(lines, total, [](const QVSongLine &line, char16_t *at) {
+        return writeText(at, textOrPlaceholder(line.textView()));
     });
 }
 

@@ -3,7 +3,10 @@
 #include <QVSongLrc/QVPreviewSong.h>
 
 #include "LyricReader.h"
+#include "Moments.h"
 #include "QVLineWriter.h"
+#include "model/HugePages.h"
+#include "model/LineBlocks.h"
 #include "model/OwnedString.h"
 #include "model/QVSongLine_p.h"
 #include "model/TimeText.h"
@@ -15,24 +18,61 @@ using namespace QVSongLrcPrivate;
 
 namespace {
 
-// Sorts by play time, a double, so times above 2^53 ms may count as equal. Lines with equal play times keep
-// their order. It sorts small keys, since following pointers to the lines in every comparison is slow.
-void sortByPlayTime(QVSongLineList &lines)
+// The lines of a preview in the order of the text, as slices of that text.
+struct Lines
 {
-    std::vector<std::pair<double, qsizetype>> keys; // play time, index
-    keys.reserve(std::size_t(lines.size()));
-    for (qsizetype i = 0; i < lines.size(); ++i)
-        keys.emplace_back(lines[i]->playTime(), i);
-    // Comparing the indexes, too, would allow std::sort(), but is slower on the usual, almost sorted lyric.
-    const auto isEarlier = [](const auto &a, const auto &b) { return a.first < b.first; };
-    if (std::is_sorted(keys.cbegin(), keys.cend(), isEarlier))
-        return;
-    std::stable_sort(keys.begin(), keys.end(), isEarlier);
-    QVSongLineList sorted;
-    sorted.reserve(lines.size());
-    for (const auto &[playTime, index] : keys)
-        sorted.append(std::move(lines[index]));
-    lines = std::move(sorted);
+    explicit Lines(QStringView text)
+        : blocks(expectedLines(text))
+    {
+        firsts.reserve(std::size_t(expectedLines(text)));
+        preferHugePages(firsts.data(), expectedLines(text));
+        repeats.reserve(std::size_t(expectedLines(text) / 4));
+    }
+
+    void append(std::vector<Moment> &moments, const LineSlice &slice, QVTextRange range, qint64 milliseconds)
+    {
+        QVSongLine &line = blocks.append(slice, range);
+        LineBlocks::addTime(line, milliseconds);
+        moments.push_back({milliseconds, count++});
+    }
+
+    LineBlocks blocks;
+    qsizetype count = 0;
+    std::vector<qsizetype> properties; // their indexes
+    std::vector<Moment> firsts;  // of properties and of the first tags of lines
+    std::vector<Moment> repeats; // of the other tags
+    qsizetype displayLength = 0; // of all lines with their line feeds
+};
+
+Lines readLines(QStringView text)
+{
+    Lines lines(text);
+    quint64 offset = 0; // of the line's text in a text that has no tags and is not yet sorted
+    qint64 propertyCount = 0;
+    readLyric(
+        text,
+        [&](QStringView, const TagScanner::Property &property) {
+            const auto [key, value] = property;
+            lines.properties.push_back(lines.count);
+            lines.append(lines.firsts, {value.utf16() - text.utf16(), value, key.size() + 2, key},
+                         {offset, quint64(value.size())}, propertyCount * 1000 + 200);
+            lines.displayLength += key.size() + value.size() + 4;
+            ++propertyCount;
+            if (!value.isEmpty())
+                offset += quint64(value.size()) + 1;
+        },
+        [&](const LyricLine &line) {
+            const QStringView lineText = line.text();
+            for (const LyricLine::TimeTag &tag : line.tags) {
+                // Intended: until the preview is written, the length includes the tags after this one.
+                lines.append(&tag == line.tags.begin() ? lines.firsts : lines.repeats,
+                             {lineText.utf16() - text.utf16(), lineText, 0, QStringView()},
+                             {offset, quint64(line.raw.size() - tag.end)}, tag.milliseconds);
+                lines.displayLength += TimeText::tagLength(tag.milliseconds) + lineText.size() + 1;
+            }
+            offset += (line.tags.isEmpty() ? 0 : quint64(lineText.size())) + 1;
+        });
+    return lines;
 }
 
 } // namespace
@@ -40,6 +80,7 @@ void sortByPlayTime(QVSongLineList &lines)
 struct QVPreviewSong::Private
 {
     std::shared_ptr<QVSongLineList> lines;
+    std::vector<Moment> lyricMoments; // of the lyric lines of the last build, in order
     QString songText;
     QString tagSongText;
 };
@@ -53,56 +94,43 @@ QVPreviewSong::~QVPreviewSong() = default;
 
 void QVPreviewSong::buildWithLrcText(const QString &text)
 {
-    const QString source = ownedString(text);
+    Lines read = readLines(text);
+    std::vector<Moment> moments = sortedMoments(std::move(read.firsts), std::move(read.repeats));
+    read.blocks.setText(QString::fromRawData(text.constData(), text.size()));
     const auto lines = std::make_shared<QVSongLineList>();
-    const auto appendLine = [&](QStringView lineText, qint64 milliseconds) -> QVSongLine & {
-        QVSongLine &line = *lines->emplaceBack(std::make_shared<QVSongLine>());
-        line.setTextSlice(source, lineText);
-        line.m_ownTimes.append(milliseconds);
-        return line;
-    };
+    lines->reserve(qsizetype(moments.size()));
+    for (const Moment &moment : moments)
+        lines->append(read.blocks.line(moment.index));
 
-    struct TimeTag
-    {
-        qint64 milliseconds;
-        qsizetype end; // in the raw line
-    };
-    QVarLengthArray<TimeTag, 16> timeTags;
-    quint64 offset = 0; // of the line's text in a text that has no tags and is not yet sorted
-    qint64 propertyCount = 0;
-    readLyric(
-        source,
-        [&](const TagScanner::Property &property) {
-            QVSongLine &line = appendLine(property.value, propertyCount * 1000 + 200);
-            line.m_isProperty = true;
-            line.m_propertyStr = property.key.toString();
-            line.m_txtRg = {offset, quint64(property.value.size())};
-            ++propertyCount;
-            if (!property.value.isEmpty())
-                offset += quint64(property.value.size()) + 1;
-        },
-        [&](QStringView rawLine) {
-            timeTags.clear();
-            qsizetype end = 0;
-            while (const auto tag = TagScanner::timeTag(rawLine, end)) {
-                end = tag->end;
-                timeTags.append({TimeText::fromTag(rawLine.sliced(tag->begin, end - tag->begin)), end});
-            }
-            const QStringView lineText = timeTags.isEmpty() ? QStringView() : rawLine.sliced(end);
-            for (const TimeTag &tag : std::as_const(timeTags)) {
-                // Intended: until the preview is written, the length includes the tags after this one.
-                appendLine(lineText, tag.milliseconds).m_txtRg = {offset, quint64(rawLine.size() - tag.end)};
-            }
-            offset += quint64(lineText.size()) + 1;
-        });
+    // Writing the preview is fast if the lines slice a text in which they are in play order. But a text with many
+    // tags is repeated for each of them: if that takes too much memory, the lines slice the text they come from.
+    if (read.displayLength <= 2 * text.size())
+        read.blocks.setText(QVLineWriter::gatherDisplayTexts(*lines, read.displayLength));
+    else
+        read.blocks.setText(ownedString(text));
 
-    sortByPlayTime(*lines);
-    // Writing the preview is faster if the lines' tags and texts are stored in play order. But a text with
-    // many tags is repeated for each of them: if that takes too much memory, the lines keep slicing the
-    // source.
-    QVLineWriter::gatherTexts(*lines, 2 * text.size());
-    lines->squeeze();
     d->lines = lines;
+    // The times of properties ascend, so sorting has not changed their order.
+    auto property = read.properties.cbegin();
+    std::size_t lyricCount = 0;
+    for (std::size_t i = 0; i < moments.size(); ++i) {
+        if (property != read.properties.cend() && moments[i].index == *property)
+            ++property;
+        else
+            moments[lyricCount++] = {moments[i].milliseconds, qsizetype(i)};
+    }
+    moments.resize(lyricCount);
+    d->lyricMoments = std::move(moments);
+}
+
+qsizetype QVPreviewSong::lineIndexAt(qint64 milliseconds) const
+{
+    const auto isEarlier = [](const Moment &a, const Moment &b) { return a.milliseconds < b.milliseconds; };
+    const std::vector<Moment> &moments = d->lyricMoments;
+    const auto after = std::upper_bound(moments.cbegin(), moments.cend(), Moment{milliseconds, 0}, isEarlier);
+    if (after == moments.cbegin())
+        return -1;
+    return std::lower_bound(moments.cbegin(), after, *std::prev(after), isEarlier)->index;
 }
 
 QString QVPreviewSong::previewSongTextWithHasTag(bool hasTag)

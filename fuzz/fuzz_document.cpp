@@ -1,15 +1,19 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
-// Both documents read any code units. Their ranges match their texts, previews are sorted, and a line whose text is
+// Both documents read any code units, and find what the tag scanner finds. Their ranges match their texts, previews are sorted, and a line whose text is
 // a slice of a document's text shows every change, as a line with a text of its own does.
 
 #include "FuzzText.h"
+#include "model/TagScanner.h"
 
 #include <QVSongLrc/QVEditSong.h>
 #include <QVSongLrc/QVPreviewSong.h>
+#include <QVSongLrc/QVUtils.h>
 
 #include <vector>
+
+using namespace QVSongLrcPrivate;
 
 namespace {
 
@@ -25,6 +29,33 @@ void requireRanges(const QVSongLineList &lines, const QString &text, PartOf part
         require(QVTextRange{range.end(), 1}.sliceOf(text) == u"\n");
     }
     require(at == quint64(text.size()));
+}
+
+// Requires that the lines are what the tag scanner finds in each raw line.
+void requireTags(const QVSongLineList &lines, const QString &text)
+{
+    auto line = lines.cbegin();
+    for (const QString &raw : text.split(u'\n', Qt::SkipEmptyParts)) {
+        const auto tag = TagScanner::propertyTag(raw);
+        if (tag) {
+            const auto [key, value] =
+                TagScanner::splitProperty(QStringView(raw).sliced(tag->begin, tag->end - tag->begin));
+            require((*line)->isProperty() && (*line)->propertyStr() == key && (*line)->lineText() == value);
+            ++line;
+            if (!value.isEmpty())
+                continue;
+        }
+        QVTimeList times;
+        qsizetype end = 0;
+        while (const auto time = TagScanner::timeTag(raw, end)) {
+            times.append(QVUtils::getTimeInterval(raw.sliced(time->begin, time->end - time->begin)));
+            end = time->end;
+        }
+        require(!(*line)->isProperty() && *(*line)->aryTimes() == times
+                && (*line)->lineText() == raw.sliced(end));
+        ++line;
+    }
+    require(line == lines.cend());
 }
 
 void change(QVSongLine &line, std::size_t way)
@@ -94,6 +125,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     QVEditSong again;
     again.buildWithLrcText(text);
     require(song.isEqual(&again));
+    requireTags(*again.aryLines(), text);
     song.insertCopyrightMark();
     for (const auto &line : *song.aryLines())
         line->shiftAllTime(qint64(size) * 1'000 - 100'000);

@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
-// The tag scanner finds what ICU's regular expressions find, in any sequence of code units.
+// The tag scanner finds what ICU's regular expressions find, in any sequence of code units, and so do the fast scans.
 
 #include "FuzzText.h"
 #include "model/TagScanner.h"
+#include "model/TextScan.h"
 
 #include <unicode/regex.h>
 
@@ -42,6 +43,23 @@ Matches scannedTimeTags(QStringView text)
     return matches;
 }
 
+// The scans for x86-64 and for any processor find the same, and a usual tag is one for ICU, too.
+void requireSameScans(const QString &text)
+{
+    const QString withRoom = text + QString(TextScan::AnyProcessor::Window, u' ');
+    const char16_t *const begin = QStringView(withRoom).utf16();
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        require(TextScan::stops(begin + i) == TextScan::AnyProcessor::stops(begin + i));
+        TextScan::UsualTag tag;
+        TextScan::UsualTag other;
+        const bool isTag = TextScan::readUsualTag(begin + i, tag);
+        require(isTag == TextScan::AnyProcessor::readUsualTag(begin + i, other));
+        require(tag.minutes == other.minutes && tag.hundredths == other.hundredths);
+        const auto found = TagScanner::timeTag(QStringView(withRoom).sliced(i, TextScan::UsualTag::Length));
+        require(!isTag || (found && found->begin == 0 && found->end == TextScan::UsualTag::Length));
+    }
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
@@ -53,6 +71,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     require(U_SUCCESS(status));
 
     const QString text = fuzzText(data, size);
+    requireSameScans(text);
     require(scannedPropertyTags(text) == icuMatches(property, text));
     require(scannedTimeTags(text) == icuMatches(time, text));
     return 0;

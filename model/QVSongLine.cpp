@@ -10,21 +10,30 @@
 
 using namespace QVSongLrcPrivate;
 
-QVSongLine::QVSongLine() = default;
+static_assert(sizeof(QVSongLine) == 64);
 
+// The copy is in no block that would keep the source alive, so its text and key are its own.
 QVSongLine::QVSongLine(const QVSongLine &other)
     : m_isProperty(other.m_isProperty)
-    , m_textIsSlice(other.m_textIsSlice)
-    , m_tagsLength(other.m_tagsLength)
-    , m_textView(other.m_textView)
     , m_txtRg(other.m_txtRg)
-    , m_ownTimes(other.times())
-    , m_text(other.m_text)
-    , m_propertyStr(other.m_propertyStr)
 {
+    extra().text = other.lineText();
+    extra().key = other.propertyStr();
+    for (qsizetype i = 0; i < other.timeCount(); ++i)
+        appendTime(other.timeAt(i));
 }
 
-QVSongLine::~QVSongLine() = default;
+void QVSongLine::DeleteExtra::operator()(Extra *extra) const
+{
+    delete extra;
+}
+
+QVSongLine::Extra &QVSongLine::extra() const
+{
+    if (!m_extra)
+        m_extra.reset(new Extra);
+    return *m_extra;
+}
 
 std::shared_ptr<QVSongLine> QVSongLine::emptyLine()
 {
@@ -37,10 +46,10 @@ std::shared_ptr<QVSongLine> QVSongLine::emptyLine()
 // swapped their lists would keep each other alive.
 std::shared_ptr<const QVTimeList> QVSongLine::aryTimes() const
 {
-    m_tagsLength = 0;
-    if (!m_sharedTimes)
-        m_sharedTimes = std::make_shared<QVTimeList>(std::move(m_ownTimes));
-    return m_sharedTimes;
+    m_displayIsSlice = false; // the list may change without notice
+    if (!extra().times)
+        m_extra->times = std::make_shared<QVTimeList>(m_ownTimes, m_ownTimes + m_ownTimeCount);
+    return m_extra->times;
 }
 
 std::shared_ptr<QVTimeList> QVSongLine::aryTimes()
@@ -50,28 +59,36 @@ std::shared_ptr<QVTimeList> QVSongLine::aryTimes()
 
 void QVSongLine::setAryTimes(std::shared_ptr<QVTimeList> times)
 {
-    m_tagsLength = 0;
-    m_ownTimes.clear();
-    m_sharedTimes = std::move(times);
+    m_displayIsSlice = false;
+    m_ownTimeCount = 0;
+    if (times || m_extra)
+        extra().times = std::move(times);
 }
 
 QString QVSongLine::lineText() const
 {
-    if (m_textIsSlice) {
-        m_text = m_textView.toString();
-        m_textView = m_text;
-        m_textIsSlice = false;
-        m_tagsLength = 0;
-    }
-    return m_text;
+    if (m_textIsSlice && extra().text.isNull())
+        m_extra->text = textView().toString();
+    return m_extra ? m_extra->text : QString();
 }
 
 void QVSongLine::setLineText(const QString &text)
 {
-    m_text = ownedString(text);
-    m_textView = m_text;
+    m_displayIsSlice = false;
     m_textIsSlice = false;
-    m_tagsLength = 0;
+    extra().text = ownedString(text);
+}
+
+QString QVSongLine::propertyStr() const
+{
+    return m_keyIsSlice ? keyView().toString() : m_extra ? m_extra->key : QString();
+}
+
+void QVSongLine::setPropertyStr(const QString &key)
+{
+    m_displayIsSlice = false;
+    m_keyIsSlice = false;
+    extra().key = ownedString(key);
 }
 
 double QVSongLine::playTime() const
@@ -81,13 +98,8 @@ double QVSongLine::playTime() const
 
 void QVSongLine::setIsProperty(bool isProperty)
 {
+    m_displayIsSlice = false;
     m_isProperty = isProperty;
-    m_tagsLength = 0;
-}
-
-void QVSongLine::setPropertyStr(const QString &key)
-{
-    m_propertyStr = ownedString(key);
 }
 
 QString QVSongLine::displayText() const
@@ -105,57 +117,75 @@ bool QVSongLine::isEqual(const QVSongLine *other) const
     if (!other || m_isProperty != other->m_isProperty)
         return false;
     if (m_isProperty)
-        return equal(m_propertyStr, other->m_propertyStr) && equal(m_textView, other->m_textView);
-    return times() == other->times() && equal(m_textView, other->m_textView);
+        return equal(keyView(), other->keyView()) && equal(textView(), other->textView());
+    if (timeCount() != other->timeCount())
+        return false;
+    for (qsizetype i = 0; i < timeCount(); ++i) {
+        if (timeAt(i) != other->timeAt(i))
+            return false;
+    }
+    return equal(textView(), other->textView());
 }
 
 QString QVSongLine::description() const
 {
-    const QVTimeList &list = times();
     QString shownTimes;
-    if (list.size() < 2) {
+    if (timeCount() < 2)
         shownTimes = QString::number(firstTime());
-    } else {
-        for (const qint64 time : list)
-            shownTimes += QString::number(time) + QLatin1StringView(" |");
-    }
+    else
+        for (qsizetype i = 0; i < timeCount(); ++i)
+            shownTimes += QString::number(timeAt(i)) + QLatin1StringView(" |");
     return QStringLiteral("%1 | {%2, %3} | %4\n")
         .arg(shownTimes, QString::number(m_txtRg.location), QString::number(m_txtRg.length),
-             textOrPlaceholder(m_textView));
+             textOrPlaceholder(textView()));
 }
 
 void QVSongLine::shiftAllTime(qint64 milliseconds)
 {
     if (m_isProperty)
         return;
-    for (qint64 &time : times())
-        time = std::max<qint64>(Saturating::add(time, milliseconds), 0);
+    for (qsizetype i = 0; i < timeCount(); ++i)
+        setTimeAt(i, std::max<qint64>(Saturating::add(timeAt(i), milliseconds), 0));
+}
+
+void QVSongLine::setTimeAt(qsizetype index, qint64 milliseconds)
+{
+    m_displayIsSlice = false;
+    const bool isInList = m_extra && m_extra->times;
+    if (!isInList && milliseconds == qint32(milliseconds))
+        m_ownTimes[index] = qint32(milliseconds);
+    else
+        (*aryTimes())[index] = milliseconds;
 }
 
 void QVSongLine::appendTime(qint64 milliseconds)
 {
-    times().append(milliseconds);
+    m_displayIsSlice = false;
+    const bool isInList = m_extra && m_extra->times;
+    if (!isInList && milliseconds == qint32(milliseconds) && m_ownTimeCount < std::size(m_ownTimes))
+        m_ownTimes[m_ownTimeCount++] = qint32(milliseconds);
+    else
+        aryTimes()->append(milliseconds);
 }
 
 void QVSongLine::updateWithText(const QString &text)
 {
     if (m_isProperty && TagScanner::propertyTag(text)) {
         const auto [key, value] = TagScanner::splitProperty(text);
-        m_propertyStr = key.toString();
+        setPropertyStr(key.toString());
         setLineText(value.toString());
         return;
     }
-    m_isProperty = false;
+    setIsProperty(false);
     setLineText(text);
 }
 
 void QVSongLine::updateWithTimeStr(const QString &timeStr, qint64 atIndex)
 {
-    QVTimeList &list = times();
-    if (atIndex < 0 || atIndex >= list.size())
+    if (atIndex < 0 || atIndex >= timeCount())
         return;
     if (timeStr.isEmpty())
-        list.remove(atIndex);
+        aryTimes()->remove(atIndex);
     else
-        list[atIndex] = QVUtils::getTimeInterval(timeStr);
+        setTimeAt(atIndex, QVUtils::getTimeInterval(timeStr));
 }

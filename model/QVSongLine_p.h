@@ -11,6 +11,14 @@
 #include <algorithm>
 #include <cstring>
 
+/// The data of a line that a host has changed or asked for.
+struct QVSongLine::Extra
+{
+    QString text;                      // the text, or a copy of the slice that was asked for
+    QString key;                       // unless it is a slice
+    std::shared_ptr<QVTimeList> times; // null while the line's own array holds the times
+};
+
 namespace QVSongLrcPrivate {
 
 /// \p text, or "(null)" if it is absent.
@@ -34,44 +42,67 @@ inline char16_t *writeText(char16_t *out, QStringView text)
     return std::copy_n(from, length, out);
 }
 
-} // namespace QVSongLrcPrivate
-
-inline const QVTimeList &QVSongLine::times() const
+/// Writes "[key:value]" and returns the end of it.
+inline char16_t *writePropertyTag(char16_t *out, QStringView key, QStringView value)
 {
-    return m_sharedTimes ? *m_sharedTimes : m_ownTimes;
+    *out++ = u'[';
+    out = writeText(out, key);
+    *out++ = u':';
+    out = writeText(out, value);
+    *out++ = u']';
+    return out;
 }
 
-inline QVTimeList &QVSongLine::times()
+} // namespace QVSongLrcPrivate
+
+inline QStringView QVSongLine::textView() const
 {
-    m_tagsLength = 0; // the caller may change the times
-    return m_sharedTimes ? *m_sharedTimes : m_ownTimes;
+    if (m_textIsSlice)
+        return {m_source->constData() + m_position, qsizetype(m_textLength)};
+    return m_extra ? QStringView(m_extra->text) : QStringView();
+}
+
+inline QStringView QVSongLine::keyView() const
+{
+    if (m_keyIsSlice) // between "[" and ":"
+        return {m_source->constData() + m_position - m_prefixLength + 1, qsizetype(m_prefixLength) - 2};
+    return m_extra ? QStringView(m_extra->key) : QStringView();
+}
+
+inline qsizetype QVSongLine::timeCount() const
+{
+    return m_extra && m_extra->times ? m_extra->times->size() : m_ownTimeCount;
+}
+
+inline qint64 QVSongLine::timeAt(qsizetype index) const
+{
+    return m_extra && m_extra->times ? m_extra->times->at(index) : m_ownTimes[index];
 }
 
 inline qint64 QVSongLine::firstTime() const
 {
-    const QVTimeList &list = times();
-    return list.isEmpty() ? 0 : list.front();
+    return timeCount() == 0 ? 0 : timeAt(0);
 }
 
-/// Makes the text a part of \p source, which the line keeps alive.
-inline void QVSongLine::setTextSlice(const QString &source, QStringView slice)
+/// displayText() as a part of the source, or an absent text if it is none.
+inline QStringView QVSongLine::displaySlice() const
 {
-    m_text = source;
-    m_textView = slice;
-    m_textIsSlice = true;
-    m_tagsLength = 0;
+    if (!m_displayIsSlice)
+        return {};
+    return {m_source->constData() + m_position - m_prefixLength,
+            m_prefixLength + qsizetype(m_textLength) + (m_isProperty ? 1 : 0)};
 }
 
 inline qsizetype QVSongLine::displayLength() const
 {
     using namespace QVSongLrcPrivate;
-    if (m_tagsLength > 0)
-        return m_tagsLength + m_textView.size();
-    qsizetype length = textOrPlaceholder(m_textView).size();
+    if (m_displayIsSlice)
+        return displaySlice().size();
+    qsizetype length = textOrPlaceholder(textView()).size();
     if (m_isProperty)
-        return textOrPlaceholder(m_propertyStr).size() + length + 3;
-    for (const qint64 time : times())
-        length += TimeText::tagLength(time);
+        return textOrPlaceholder(keyView()).size() + length + 3;
+    for (qsizetype i = 0; i < timeCount(); ++i)
+        length += TimeText::tagLength(timeAt(i));
     return length;
 }
 
@@ -79,17 +110,11 @@ inline qsizetype QVSongLine::displayLength() const
 inline char16_t *QVSongLine::writeDisplayText(char16_t *out) const
 {
     using namespace QVSongLrcPrivate;
-    if (m_tagsLength > 0) // tags and text are next to each other in m_text
-        return writeText(out, {m_textView.data() - m_tagsLength, m_textView.size() + m_tagsLength});
-    if (m_isProperty) {
-        *out++ = u'[';
-        out = writeText(out, textOrPlaceholder(m_propertyStr));
-        *out++ = u':';
-        out = writeText(out, textOrPlaceholder(m_textView));
-        *out++ = u']';
-        return out;
-    }
-    for (const qint64 time : times())
-        out = TimeText::writeTag(out, time);
-    return writeText(out, textOrPlaceholder(m_textView));
+    if (m_displayIsSlice)
+        return writeText(out, displaySlice());
+    if (m_isProperty)
+        return writePropertyTag(out, textOrPlaceholder(keyView()), textOrPlaceholder(textView()));
+    for (qsizetype i = 0; i < timeCount(); ++i)
+        out = TimeText::writeTag(out, timeAt(i));
+    return writeText(out, textOrPlaceholder(textView()));
 }

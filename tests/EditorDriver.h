@@ -84,36 +84,8 @@ public:
             else if (found.startsWith(u'!'))
                 writeFile(m_file, quoted.toUtf8());
             else
-                inDialogs([&] { found.startsWith(u'\'') ? paste(quoted) : press(found); },
-                          std::exchange(steps, {}));
+                press(found, std::exchange(steps, {}));
         }
-    }
-
-    /// Runs \p act, which shows one modal dialog for each of \p steps. Any other dialog is closed and fails the test.
-    void inDialogs(const std::function<void()> &act, QList<DialogStep> steps)
-    {
-        QTimer poll;
-        poll.callOnTimeout([&] {
-            QWidget *const dialog = QApplication::activeModalWidget();
-            if (!dialog || !dialog->isVisible() || dialog->property("isSeen").toBool())
-                return;
-            dialog->setProperty("isSeen", true);
-            if (const auto *const box = qobject_cast<QMessageBox *>(dialog))
-                questions += box->text();
-            if (steps.isEmpty()) {
-                QTest::qFail(qPrintable(u"unexpected: "_s + dialog->windowTitle()), __FILE__, __LINE__);
-                dialog->close();
-                return;
-            }
-            // Not here: a timer does not fire while its slot waits for the next dialog.
-            QTimer::singleShot(0, dialog, [step = steps.takeFirst(), dialog] {
-                QVERIFY(QTest::qWaitForWindowExposed(dialog)); // clicks may get lost before
-                step(dialog);
-            });
-        });
-        poll.start(10);
-        act();
-        QTRY_VERIFY_WITH_TIMEOUT(steps.isEmpty() && !QApplication::activeModalWidget(), 20'000);
     }
 
     /// The lines of a view, joined by "|".
@@ -129,9 +101,8 @@ public:
     /// The title, with a "*" if the song is modified, or "closed".
     QString state() const
     {
-        const QString title =
-            window->windowTitle().replace(u"[*]"_s, window->isWindowModified() ? u"*"_s : u""_s);
-        return window->isVisible() ? title : u"closed"_s;
+        const QString mark = window->isWindowModified() ? u"*"_s : QString();
+        return window->isVisible() ? window->windowTitle().replace(u"[*]"_s, mark) : u"closed"_s;
     }
 
     QString message() const { return window->statusBar()->currentMessage(); }
@@ -150,13 +121,40 @@ private:
     static void activate(QWidget *window)
     {
         window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(window));
+        QVERIFY(QTest::qWaitForWindowActive(window, 30'000));
+    }
+
+    // Shows one modal dialog for each of \p steps. Any other dialog is closed and fails the test.
+    void press(const QString &word, QList<DialogStep> steps)
+    {
+        QTimer poll;
+        poll.callOnTimeout([&] {
+            QWidget *const dialog = QApplication::activeModalWidget();
+            if (!dialog || !dialog->isVisible() || dialog->property("isSeen").toBool())
+                return;
+            dialog->setProperty("isSeen", true);
+            if (const auto *const box = qobject_cast<QMessageBox *>(dialog))
+                questions += box->text();
+            if (steps.isEmpty()) {
+                QTest::qFail(qPrintable(u"unexpected: "_s + dialog->windowTitle()), __FILE__, __LINE__);
+                dialog->close();
+                return;
+            }
+            // Not here: a timer does not fire while its slot waits for the next dialog.
+            QTimer::singleShot(0, dialog, [step = steps.takeFirst(), dialog] {
+                QVERIFY(QTest::qWaitForWindowExposed(dialog, 30'000)); // clicks may get lost before
+                step(dialog);
+            });
+        });
+        poll.start(10);
+        press(word);
+        QTRY_VERIFY_WITH_TIMEOUT(steps.isEmpty() && !QApplication::activeModalWidget(), 30'000);
     }
 
     void press(const QString &word)
     {
+        QWidget other;
         if (word == u"back"_s) {
-            QWidget other;
             other.show();
             activate(&other);
         }
@@ -165,6 +163,12 @@ private:
             const QModelIndex line = view("preview")->model()->index(word.sliced(1).toInt(), 0);
             QTest::mouseClick(view("preview")->viewport(), Qt::LeftButton, {},
                               view("preview")->visualRect(line).center());
+        } else if (word.startsWith(u'\'')) {
+            QGuiApplication::clipboard()->setText(word.chopped(1).sliced(1));
+            if (window->focusWidget() == table)
+                QTest::keyClick(table, Qt::Key_F2);
+            for (const char *keys : {"Ctrl+A", "Del", "Ctrl+V"})
+                QTest::keySequence(window->focusWidget(), QKeySequence(QLatin1StringView(keys)));
         } else if (word.startsWith(u'^')) {
             QMimeData data;
             QList<QUrl> urls;
@@ -184,15 +188,6 @@ private:
             QTest::keySequence(window->focusWidget(), QKeySequence(word));
         }
         QCoreApplication::processEvents(); // the table closes a cell later
-    }
-
-    void paste(const QString &text)
-    {
-        QGuiApplication::clipboard()->setText(text);
-        if (window->focusWidget() == table)
-            press(u"F2"_s);
-        for (const QString &key : {u"Ctrl+A"_s, u"Del"_s, u"Ctrl+V"_s})
-            press(key);
     }
 
     QString m_file;

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QVSongLrc/QVSongLine.h>
+
 #include <QFile>
 #include <QTest>
 
@@ -9,8 +11,33 @@
 
 using namespace Qt::StringLiterals;
 
-/// Adds rows to the running test, in one column named "cells": those of the tables with this header in
-/// docs/lrc-format.md, which has `tables` of them. A cell is its code spans, one a line, in which symbols stand for
+/// The lines in the notation of docs/lrc-format.md.
+inline QString linesOf(const QVSongLineList &lines)
+{
+    QStringList result;
+    for (const auto &line : lines) {
+        QStringList times;
+        for (const qint64 time : *line->aryTimes())
+            times += QString::number(time);
+        const QString kind = line->isProperty() ? u"property "_s + line->propertyStr()
+            : times.isEmpty()                   ? u"plain"_s
+                                                : u"time "_s + times.join(u", ");
+        result += kind + (line->lineText().isEmpty() ? u":"_s : u": "_s + line->lineText());
+    }
+    return result.join(u'\n');
+}
+
+/// \p text with the characters that its symbols stand for.
+inline QString withoutSymbols(QString text)
+{
+    text.replace(u'␣', u' ').replace(u'␉', u'\t').replace(u'␍', u'\r').replace(u'␊', u'\n');
+    for (qsizetype at = 0; (at = text.indexOf(u"\\u"_s, at)) >= 0; ++at)
+        text.replace(at, 6, QChar(text.sliced(at + 2, 4).toUShort(nullptr, 16)));
+    return text;
+}
+
+/// Adds rows to the running test, in one column named "cells": those of the tables with this header in the page PAGE of
+/// the documentation, which has `tables` of them. A cell is its code spans, one a line, in which symbols stand for
 /// characters.
 inline void addExamples(const QString &header, int tables = 1)
 {
@@ -26,8 +53,7 @@ inline void addExamples(const QString &header, int tables = 1)
         if (!isRow || table != header)
             continue;
         QString row = line.sliced(3).chopped(3).replace(u"www.quendle.example"_s, QStringLiteral(MAKER_HOST));
-        row.replace(u'␣', u' ').replace(u'␍', u'\r').replace(u'␊', u'\n').replace(u"`, `"_s, u"\n"_s);
-        row.replace(u"\\uFEFF"_s, u"\uFEFF"_s).replace(u"\\u2028"_s, u"\u2028"_s);
+        row = withoutSymbols(row).replace(u"`, `"_s, u"\n"_s);
         QTest::newRow(qPrintable(line)) << row.split(u"` | `"_s);
     }
     QCOMPARE(tables, 0);

@@ -26,7 +26,7 @@ public:
         if (m_process == 0) {
             dup2(ends[1], STDIN_FILENO);
             dup2(ends[1], STDOUT_FILENO);
-            execlp("python3", "python3", CASES "/../lyric_server.py", port, nullptr);
+            execlp("python3", "python3", TESTS "/lyric_server.py", port, nullptr);
             _exit(1);
         }
         close(ends[1]);
@@ -57,16 +57,16 @@ public:
         m_output = lines.takeLast(); // not complete yet
         for (const QByteArray &line : lines)
             m_requests += QJsonDocument::fromJson(line)[QLatin1StringView("request")].toString().toLatin1();
-        QByteArrayList containing = m_requests;
-        containing.removeIf([&part](const QByteArray &request) { return !request.contains(part); });
-        return containing;
+        lines = m_requests;
+        lines.removeIf([&part](const QByteArray &request) { return !request.contains(part); });
+        return lines;
     }
 
     /// Runs the event loop until the server has received \p count requests that contain \p part; false when that takes
-    /// more than 20 s.
+    /// more than 30 s.
     bool waitForRequests(qsizetype count, const QByteArray &part = {})
     {
-        return QTest::qWaitFor([&] { return requests(part).size() >= count; }, 20'000);
+        return QTest::qWaitFor([&] { return requests(part).size() >= count; }, 30'000);
     }
 
     /// Answers the held request \p number; the first is 1.

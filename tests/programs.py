@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 """What the tests of the programs share: starting them, waiting, and talking to the service."""
 import contextlib
+import http.client
 import json
 import os
 import pathlib
@@ -95,18 +96,12 @@ class Service:
     @staticmethod
     def read(connection):
         """Status and JSON of the reply that comes next; 0 and nothing where the connection ends."""
-        reply = b""
-        while True:
-            head, end, body = reply.partition(b"\r\n\r\n")
-            if end and b"Content-Type: application/json" in head:
-                try:
-                    return int(head.split()[1]), json.loads(body)
-                except ValueError:
-                    pass  # not complete yet
-            more = connection.recv(65536)
-            if not more:
-                return 0, {}
-            reply += more
+        reply = http.client.HTTPResponse(connection)
+        try:
+            reply.begin()
+            return reply.status, json.load(reply)
+        except (http.client.RemoteDisconnected, ConnectionError):
+            return 0, {}
 
     def ask(self, request):
         with self.connect() as connection:

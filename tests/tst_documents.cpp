@@ -4,6 +4,7 @@
 
 #include <QVSongLrc/QVEditSong.h>
 #include <QVSongLrc/QVPreviewSong.h>
+#include <QVSongLrc/QVUtils.h>
 
 #include <QTranslator>
 
@@ -17,22 +18,6 @@ std::shared_ptr<Document> song(const QString &text)
     auto document = std::make_shared<Document>();
     document->buildWithLrcText(text);
     return document;
-}
-
-// The lines in the notation of docs/lrc-format.md.
-QString linesOf(const QVEditSong &document)
-{
-    QStringList lines;
-    for (const auto &line : *document.aryLines()) {
-        QStringList times;
-        for (const qint64 time : *line->aryTimes())
-            times += QString::number(time);
-        const QString kind = line->isProperty() ? u"property "_s + line->propertyStr()
-            : times.isEmpty()                   ? u"plain"_s
-                                                : u"time "_s + times.join(u", ");
-        lines += kind + (line->lineText().isEmpty() ? u":"_s : u": "_s + line->lineText());
-    }
-    return lines.join(u'\n');
 }
 
 QString lettersOf(QVEditSong &document)
@@ -72,7 +57,7 @@ private Q_SLOTS:
     {
         QFETCH(const QStringList, cells);
         const auto document = song(cells[0]);
-        QCOMPARE(linesOf(*document), cells[1]);
+        QCOMPARE(linesOf(*document->aryLines()), cells[1]);
         QCOMPARE(document->songText(), cells[2] + u'\n');
     }
 
@@ -182,6 +167,33 @@ private Q_SLOTS:
     }
 
     // A build keeps one copy of the text, although the preview, of 140 GB, repeats it for each tag.
+    void findsTheLineToShow()
+    {
+        const auto preview =
+            song<QVPreviewSong>(u"[01:00.00]c\n[00:01.20][00:01.20]a\n[ti:A]\n[ar:B]\n[00:02.00]b"_s);
+        QCOMPARE(preview->previewSongTextWithHasTag(false), u"A\na\na\nB\nb\nc\n"_s);
+        const std::pair<qint64, qint64> expected[] = {{Min, -1},  {1'199, -1}, {1'200, 1},  {1'999, 1},
+                                                      {2'000, 4}, {59'999, 4}, {60'000, 5}, {Max, 5}};
+        for (const auto &[milliseconds, index] : expected)
+            QCOMPARE(preview->lineIndexAt(milliseconds), index);
+        QCOMPARE(QVPreviewSong().lineIndexAt(0), -1);
+    }
+
+    // All seconds and hundredths, since some lose a millisecond.
+    void readsUsualTags()
+    {
+        QStringList tags;
+        for (int i = 0; i < 10'000; ++i)
+            tags += u"[59:%1.%2]"_s.arg(i / 100, 2, 10, QChar(u'0')).arg(i % 100, 2, 10, QChar(u'0'));
+        const auto lines = song(tags.join(u'\n'))->aryLines();
+        QCOMPARE(lines->size(), tags.size());
+        for (qsizetype i = 0; i < tags.size(); ++i) {
+            QCOMPARE(lines->at(i)->aryTimes()->at(0), QVUtils::getTimeInterval(tags[i]));
+            QCOMPARE(lines->at(i)->displayText(),
+                     QVUtils::getTimeIntervalPeerStr(QVUtils::getTimeInterval(tags[i])));
+        }
+    }
+
     void sharesTheTextOfManyTags()
     {
         QString text = u"[0:1.0]"_s.repeated(100'000) + u"x"_s.repeated(700'000);

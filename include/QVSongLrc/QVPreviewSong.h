@@ -33,6 +33,11 @@ public:
     /// which repeats a line's text for each of its time tags.
     QString previewSongTextWithHasTag(bool hasTag);
 
+    /// The index of the line to show at \p milliseconds of play time: the first of the lyric lines with the greatest
+    /// time that is not later; -1 before the first one. It refers to the list as buildWithLrcText() made it,
+    /// whatever became of the list since. Takes logarithmic time.
+    qsizetype lineIndexAt(qint64 milliseconds) const;
+
     /// The list of lines in play order; null before the first build. It is the list itself, not a copy.
     std::shared_ptr<QVSongLineList> aryLines();
     std::shared_ptr<const QVSongLineList> aryLines() const;

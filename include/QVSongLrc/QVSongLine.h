@@ -12,8 +12,9 @@
 #include <memory>
 
 namespace QVSongLrcPrivate {
+class LineBlocks;
 class QVLineWriter;
-}
+} // namespace QVSongLrcPrivate
 
 /// Times in ms. The list holds up to three of them without an allocation of its own.
 using QVTimeList = QVarLengthArray<qint64, 3>;
@@ -24,22 +25,22 @@ using QVTimeList = QVarLengthArray<qint64, 3>;
 /// Documents and hosts share lines by `std::shared_ptr`: a change through one pointer shows through all. Use
 /// a line from one thread at a time, const functions included: they may change how the line stores its data.
 ///
-/// The text of a line that a document made is a slice of the document's text, which the line keeps alive.
-/// Such a line takes one allocation, and one more each for a property key and for more than three times. The
-/// first call of lineText() copies the slice into a string of the line's own.
+/// A document makes its lines in blocks of up to 64, and their texts are slices of the document's text. A line that
+/// outlives its document keeps its block and that text alive, nothing else. The first call of lineText() copies the
+/// slice into a string of the line's own.
 ///
 /// The data members are in this header, and their layout is fixed for 1.x, because a pointer to private data
-/// would cost a second allocation for every line of a lyric.
+/// would cost an allocation for every line of a lyric.
 class QVSONGLRC_CORE_EXPORT QVSongLine
 {
 public:
     /// A lyric line without times. Its text and key are absent.
-    QVSongLine();
+    QVSongLine() = default;
 
     /// A new line with the same values. Its times are copied into a list of its own.
     explicit QVSongLine(const QVSongLine &other);
     QVSongLine &operator=(const QVSongLine &) = delete;
-    ~QVSongLine();
+    ~QVSongLine() = default;
 
     /// A new lyric line whose text is "", not absent.
     static std::shared_ptr<QVSongLine> emptyLine();
@@ -71,7 +72,7 @@ public:
     void setIsProperty(bool isProperty);
 
     /// A property line's key, without bracket and colon.
-    QString propertyStr() const { return m_propertyStr; }
+    QString propertyStr() const;
     void setPropertyStr(const QString &key);
 
     /// The line as LRC text without a line feed: "[key:value]", or the time tags followed by the text.
@@ -111,27 +112,42 @@ public:
 private:
     friend class QVEditSong;
     friend class QVPreviewSong;
+    friend class QVSongLrcPrivate::LineBlocks;
     friend class QVSongLrcPrivate::QVLineWriter;
 
-    const QVTimeList &times() const;
-    QVTimeList &times();
+    struct Extra; // what few lines have
+    struct DeleteExtra
+    {
+        QVSONGLRC_CORE_EXPORT void operator()(Extra *extra) const;
+    };
+    Extra &extra() const;
+
+    QVSongLine &operator=(QVSongLine &&other) noexcept = default;
+
+    QStringView textView() const;
+    QStringView keyView() const;
+    qsizetype timeCount() const;
+    qint64 timeAt(qsizetype index) const;
+    void setTimeAt(qsizetype index, qint64 milliseconds);
     qint64 firstTime() const;
 
-    void setTextSlice(const QString &source, QStringView slice);
-
+    QStringView displaySlice() const;
     qsizetype displayLength() const;
     char16_t *writeDisplayText(char16_t *out) const;
 
-    // The members that are read when a line is written come first, so that they share few cache lines.
+    // 64 bytes, as most cache lines.
+    const QString *m_source = nullptr;                   // the text that slices refer to; the block owns it
+    mutable std::unique_ptr<Extra, DeleteExtra> m_extra; // null for most lines
+    qint64 m_position = 0;                               // of the text, if it is a slice
+    quint32 m_textLength = 0;                            // of the slice
+    quint8 m_prefixLength = 0;                           // of "[key:" or the time tags right before the slice
+    quint8 m_ownTimeCount = 0;                           // more times, and large ones, are in m_extra
     bool m_isProperty = false;
-    mutable bool m_textIsSlice = false;
-    mutable quint32 m_tagsLength = 0; // length of the time tags right before the slice; 0: not known
-    mutable QStringView m_textView;   // the text, as a part of m_text
+    bool m_textIsSlice : 1 = false;
+    bool m_keyIsSlice : 1 = false;
+    mutable bool m_displayIsSlice : 1 = false; // displayText() is in the source, around the text
+    qint32 m_ownTimes[4] = {};
     QVTextRange m_txtRg;
-    mutable std::shared_ptr<QVTimeList> m_sharedTimes;
-    mutable QVTimeList m_ownTimes; // the times while m_sharedTimes is null
-    mutable QString m_text;        // the text, or the document's text that it is a slice of
-    QString m_propertyStr;
 };
 
 Q_DECLARE_TYPEINFO(std::shared_ptr<QVSongLine>, Q_RELOCATABLE_TYPE);

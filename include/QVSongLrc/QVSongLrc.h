@@ -7,12 +7,15 @@
 // one links only the libraries that it uses.
 
 #include <QVSongLrc/QVEditSong.h>
+#include <QVSongLrc/QVLyricImport.h>
+#include <QVSongLrc/QVLyricRemark.h>
 #include <QVSongLrc/QVPreviewSong.h>
 #include <QVSongLrc/QVSongLine.h>
 #include <QVSongLrc/QVSongLrcConstants.h>
 #include <QVSongLrc/QVSongLrcVersion.h>
 #include <QVSongLrc/QVTextRange.h>
 #include <QVSongLrc/QVUtils.h>
+#include <QVSongLrc/QVWordTimes.h>
 
 #if __has_include(<QVSongLrc/QVLyricService.h>)
 #include <QVSongLrc/Distance.h>

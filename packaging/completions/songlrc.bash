@@ -10,18 +10,20 @@ _songlrc()
         _filedir
         return
         ;;
-    --artist | --by | --encoding | --link | --output-encoding | --service | --title) return ;;
+    --artist | --by | --encoding | --least-likeness | --link | --output-encoding | --service | --title) return ;;
     esac
     $split && return
+    local edit='--encoding -o --output --in-place --dry-run --verbose --strict --output-encoding'
     for command in "${words[@]:1:cword-1}" ''; do
         case $command in
-        parse) options='--encoding --json' ;;
-        format | mark) options='--encoding -o --output --in-place --output-encoding' ;;
-        preview) options='--encoding --json --no-tags' ;;
-        shift) options='--by --encoding -o --output --in-place --output-encoding' ;;
-        compare) options='--encoding' ;;
+        check) options='--encoding --json' ;;
+        parse) options='--encoding --json --quiet' ;;
+        format | mark) options=$edit ;;
+        preview) options='--encoding --json --quiet --no-tags' ;;
+        shift) options="--by --apply-offset --clamp $edit" ;;
+        compare) options='--encoding --quiet' ;;
         search) options='--title --artist --service --ca-file --json' ;;
-        fetch) options='--title --artist --service --ca-file --link -o --output' ;;
+        fetch) options='--title --artist --service --ca-file --link --least-likeness -o --output' ;;
         '') options='--version' ;;
         *) continue ;;
         esac
@@ -30,7 +32,7 @@ _songlrc()
     if [[ $cur == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "-h --help $options" -- "$cur")
     elif [[ $command == '' ]]; then
-        mapfile -t COMPREPLY < <(compgen -W 'parse format preview shift mark compare search fetch' -- "$cur")
+        mapfile -t COMPREPLY < <(compgen -W 'check parse format preview shift mark compare search fetch' -- "$cur")
     elif [[ $command != search && $command != fetch ]]; then
         _filedir
     fi

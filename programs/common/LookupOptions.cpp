@@ -2,14 +2,15 @@
 // SPDX-License-Identifier: MIT
 #include "LookupOptions.h"
 
-#include "TextFile.h"
+#include "FileDescriptor.h"
+#include "FileError.h"
 
 #include <QVSongLrc/QVLyricService.h>
 
 #include <CLI/CLI.hpp>
 
-#include <QFile>
-
+#include <cerrno>
+#include <fcntl.h>
 #include <stdexcept>
 
 namespace {
@@ -50,14 +51,13 @@ void LookupOptions::apply() const
         QVLyricService::setEndpoint(url.host(), quint16(url.port(443)));
     }
     if (!caFile.empty()) {
-        const QString name = QFile::decodeName(caFile.c_str());
-        QFile file(name.startsWith(u':') ? QStringLiteral("./") + name : name);
-        if (!file.open(QIODevice::ReadOnly))
-            throw FileError(name, file.errorString());
+        const FileDescriptor file(open(caFile.c_str(), O_RDONLY | O_CLOEXEC));
+        if (!file.isValid())
+            throw FileError(caFile, systemError(errno));
         try {
-            QVLyricService::addCertificateAuthorities(file.readAll());
+            QVLyricService::addCertificateAuthorities(readAll(file.get(), caFile));
         } catch (const std::invalid_argument &) {
-            throw FileError(name, QStringLiteral("does not hold certificates in PEM"));
+            throw FileError(caFile, "does not hold certificates in PEM");
         }
     }
 }

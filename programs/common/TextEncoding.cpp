@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "TextEncoding.h"
 
-#include <QByteArrayList>
+#include <QList>
 
 #include <unicode/localpointer.h>
 #include <unicode/ucnv.h>
@@ -65,11 +65,17 @@ std::optional<QString> decode(const QByteArray &bytes, const QByteArray &name)
     return done ? std::optional(text) : std::nullopt;
 }
 
+struct Guess
+{
+    QByteArray name;
+    int likelihood;
+};
+
 // The encodings that ICU detects, most likely first.
-QByteArrayList likelyEncodings(const QByteArray &bytes)
+QList<Guess> likelyEncodings(const QByteArray &bytes)
 {
     constexpr qsizetype Sample = 1 << 20;
-    QByteArrayList names;
+    QList<Guess> guesses;
     UErrorCode status = U_ZERO_ERROR;
     const icu::LocalUCharsetDetectorPointer detector(ucsdet_open(&status));
     ucsdet_setText(detector.getAlias(), bytes.constData(), int32_t(std::min(bytes.size(), Sample)), &status);
@@ -78,11 +84,12 @@ QByteArrayList likelyEncodings(const QByteArray &bytes)
     for (int32_t i = 0; U_SUCCESS(status) && i < count; ++i) {
         constexpr int32_t MerePossibility = 10; // ICU's confidence for encodings without positive evidence
         const QByteArray name = ucsdet_getName(matches[i], &status);
-        if (ucsdet_getConfidence(matches[i], &status) > MerePossibility && !name.startsWith("IBM")) // EBCDIC
-            names += name;
+        const int likelihood = ucsdet_getConfidence(matches[i], &status);
+        if (likelihood > MerePossibility && !name.startsWith("IBM")) // EBCDIC
+            guesses.append({name, likelihood});
     }
-    names += "windows-1252";
-    return names;
+    guesses.append({"windows-1252", 0});
+    return guesses;
 }
 
 QByteArray canonicalName(const QByteArray &name)
@@ -118,7 +125,7 @@ bool isPlausibleText(const QString &text)
 DecodedText withoutMark(const QString &text, const QByteArray &name)
 {
     const bool hasMark = text.startsWith(QChar(ByteOrderMark));
-    return {hasMark ? text.sliced(1) : text, {name, hasMark}};
+    return {hasMark ? text.sliced(1) : text, {name, hasMark}, {}};
 }
 
 } // namespace
@@ -149,10 +156,10 @@ TextEncoding outputEncoding(const QByteArray &name)
     return {canonical, false};
 }
 
-std::optional<DecodedText> decodeText(const QByteArray &bytes, const QByteArray &name)
+std::optional<DecodedText> decodeText(const QByteArray &bytes, const QByteArray &given)
 {
-    if (!name.isEmpty() || hasUtf16Mark(bytes)) {
-        const QByteArray encoding = withByteOrder(name.isEmpty() ? "UTF-16" : canonicalName(name), bytes);
+    if (!given.isEmpty() || hasUtf16Mark(bytes)) {
+        const QByteArray encoding = withByteOrder(given.isEmpty() ? "UTF-16" : canonicalName(given), bytes);
         const auto text = decode(bytes, encoding);
         return text ? std::optional(withoutMark(*text, encoding)) : std::nullopt;
     }
@@ -160,12 +167,12 @@ std::optional<DecodedText> decodeText(const QByteArray &bytes, const QByteArray 
         return withoutMark(*text, "UTF-8");
     if (bytes.contains('\0')) // a binary file: no legacy encoding uses NUL
         return std::nullopt;
-    for (const QByteArray &candidate : likelyEncodings(bytes)) {
-        const auto text = decode(bytes, candidate);
-        if (text && isPlausibleText(*text) && encodeText(*text, {candidate, false}) == bytes)
-            return DecodedText{*text, {candidate, false}};
+    for (const auto &[name, likelihood] : likelyEncodings(bytes)) {
+        const auto text = decode(bytes, name);
+        if (text && isPlausibleText(*text) && encodeText(*text, {name, false}) == bytes)
+            return DecodedText{*text, {name, false}, likelihood};
     }
-    return DecodedText{QString::fromLatin1(bytes), {"ISO-8859-1", false}};
+    return DecodedText{QString::fromLatin1(bytes), {"ISO-8859-1", false}, 0};
 }
 
 std::optional<QByteArray> encodeText(const QString &text, const TextEncoding &encoding)

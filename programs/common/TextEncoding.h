@@ -18,7 +18,11 @@ struct DecodedText
 {
     QString text; ///< without a byte order mark
     TextEncoding encoding;
+    std::optional<int> guess; ///< of a guessed encoding how likely it is, from 0 to 100
 };
+
+/// Programs must not write a file back whose encoding is a guess below this.
+inline constexpr int LeastGuess = 30;
 
 /// \p text with every lone surrogate replaced by U+FFFD, since no encoding can represent one. A property's value, for
 /// instance, can end in one: reading drops the last code unit, even of a surrogate pair.

@@ -2,90 +2,48 @@
 // SPDX-License-Identifier: MIT
 #include "TextFile.h"
 
-#include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
+#include "FileDescriptor.h"
+#include "ReplaceFile.h"
 
-#include <cstdio>
+#include <cerrno>
+#include <fcntl.h>
 
-namespace {
-
-void writeAll(QFileDevice &device, const QString &file, const QByteArray &bytes)
-{
-    if (device.write(bytes) != bytes.size() || !device.flush())
-        throw FileError(file, device.errorString());
-}
-
-// Qt reads a name that starts with ":" as a resource.
-QString localName(const QString &file)
-{
-    return file.startsWith(u':') ? QStringLiteral("./") + file : file;
-}
-
-constexpr QLatin1StringView StandardOutput("standard output");
-
-} // namespace
-
-FileError::FileError(const QString &file, const QString &reason)
-    : std::runtime_error(QStringLiteral("%1: %2").arg(file, reason).toStdString())
-{
-}
-
-DecodedText readTextFile(const QString &file, const QByteArray &encoding)
+DecodedText readTextFile(const std::string &file, const QByteArray &encoding)
 {
     const bool isStandardInput = file == StandardStream;
-    const QString name = isStandardInput ? QStringLiteral("standard input") : file;
-    QFile device(localName(file));
-    const bool opened =
-        isStandardInput ? device.open(stdin, QIODevice::ReadOnly) : device.open(QIODevice::ReadOnly);
-    if (!opened)
-        throw FileError(name, device.errorString());
-    const QByteArray bytes = device.readAll();
-    if (device.error() != QFileDevice::NoError)
-        throw FileError(name, device.errorString());
-    auto decoded = decodeText(bytes, encoding);
+    const std::string name = isStandardInput ? "standard input" : file;
+    const FileDescriptor opened(isStandardInput ? dup(STDIN_FILENO)
+                                                : open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!opened.isValid())
+        throw FileError(name, systemError(errno));
+    auto decoded = decodeText(readAll(opened.get(), name), encoding);
     if (!decoded) {
-        const QString kind = encoding.isEmpty()
-            ? QStringLiteral("any known encoding")
-            : QStringLiteral("the encoding %1").arg(QString::fromLatin1(encoding));
-        throw FileError(name, QStringLiteral("not text in ") + kind);
+        throw FileError(
+            name,
+            "not text in "
+                + (encoding.isEmpty() ? "any known encoding" : "the encoding " + encoding.toStdString()));
     }
     return *std::move(decoded);
 }
 
-void writeTextFile(const QString &file, const QString &text, const TextEncoding &encoding)
+bool writeTextFile(const std::string &file, const QString &text, const TextEncoding &encoding,
+                   Writing writing)
 {
+    const bool isStandardOutput = file == StandardStream;
     const auto bytes = encodeText(text, encoding);
     if (!bytes) {
-        throw FileError(file == StandardStream ? QString(StandardOutput) : file,
-                        QStringLiteral("the text has characters that the encoding %1 does not have")
-                            .arg(QString::fromLatin1(encoding.name)));
+        throw FileError(isStandardOutput ? "standard output" : file,
+                        "the text has characters that the encoding " + encoding.name.toStdString()
+                            + " does not have");
     }
-    if (file == StandardStream) {
-        writeStandardOutput(*bytes);
-        return;
-    }
-    // QSaveFile would replace a device or pipe by a regular file.
-    const QString path = localName(file);
-    if (const QFileInfo info(path); info.exists() && !info.isFile() && !info.isDir()) {
-        QFile device(path);
-        if (!device.open(QIODevice::WriteOnly))
-            throw FileError(file, device.errorString());
-        writeAll(device, file, *bytes);
-        return;
-    }
-    QSaveFile device(path);
-    if (!device.open(QIODevice::WriteOnly))
-        throw FileError(file, device.errorString());
-    writeAll(device, file, *bytes);
-    if (!device.commit())
-        throw FileError(file, device.errorString());
+    if (!isStandardOutput)
+        return replaceFile(file, *bytes, writing);
+    writeStandardOutput(*bytes);
+    return true;
 }
 
 void writeStandardOutput(const QByteArray &bytes)
 {
-    QFile device;
-    if (!device.open(stdout, QIODevice::WriteOnly))
-        throw FileError(StandardOutput, device.errorString());
-    writeAll(device, StandardOutput, bytes);
+    if (const int error = writeAll(STDOUT_FILENO, bytes))
+        throw StandardOutputError(systemError(error));
 }

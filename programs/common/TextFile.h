@@ -2,28 +2,32 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "FileError.h"
 #include "TextEncoding.h"
 
 #include <QString>
 
-#include <stdexcept>
-
-/// A file can't be read or written; what() is one line, "name: reason".
-class FileError : public std::runtime_error
-{
-public:
-    FileError(const QString &file, const QString &reason);
-};
+#include <string>
+#include <string_view>
 
 /// The file name that means standard input or output.
-inline constexpr QLatin1StringView StandardStream("-");
+inline constexpr std::string_view StandardStream("-");
 
 /// Reads a file or standard input; see decodeText() for the encoding. \throws FileError
-DecodedText readTextFile(const QString &file, const QByteArray &encoding = {});
+DecodedText readTextFile(const std::string &file, const QByteArray &encoding = {});
 
-/// Replaces a file atomically, or writes to standard output. When writing fails, the old file is unchanged. Devices and
-/// pipes are written directly. \throws FileError
-void writeTextFile(const QString &file, const QString &text, const TextEncoding &encoding);
+enum class Writing {
+    Replace,
+    DryRun, ///< changes nothing
+};
 
-/// Writes \p bytes to standard output and flushes. \throws FileError
+/// Replaces the content of \p file, through replaceFile(), or writes to standard output.
+///
+/// \return whether the content changes.
+/// \throws FileError when writing fails, or the text has characters that the encoding does not have. The old file is
+/// unchanged then.
+bool writeTextFile(const std::string &file, const QString &text, const TextEncoding &encoding,
+                   Writing writing = Writing::Replace);
+
+/// Writes \p bytes to standard output. \throws StandardOutputError
 void writeStandardOutput(const QByteArray &bytes);

@@ -12,6 +12,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+std::string encoded(const QString &name)
+{
+    return QFile::encodeName(name).toStdString();
+}
+
 QByteArray hashOf(const QString &name)
 {
     QCryptographicHash hash(QCryptographicHash::Sha256);
@@ -29,9 +34,9 @@ SongFile SongFile::read(const QString &name, QString &text)
     SongFile file;
     file.setName(name);
     if (const QFileInfo info(file.m_name); info.exists() && !info.isFile())
-        throw FileError(file.m_name, u"not a file"_s);
+        throw FileError(encoded(file.m_name), "not a file");
     file.m_hash = hashOf(file.m_name);
-    auto decoded = readTextFile(file.m_name);
+    auto decoded = readTextFile(encoded(file.m_name));
     file.m_encoding = decoded.encoding;
     // A song's lines end at line feeds. If all of them are CR LF, the CRs belong to the file, not to the song.
     file.m_hasCrLf =
@@ -42,7 +47,7 @@ SongFile SongFile::read(const QString &name, QString &text)
 
 void SongFile::write(const QString &text)
 {
-    writeTextFile(m_name, m_hasCrLf ? QString(text).replace(u'\n', "\r\n"_L1) : text, m_encoding);
+    writeTextFile(encoded(m_name), m_hasCrLf ? QString(text).replace(u'\n', "\r\n"_L1) : text, m_encoding);
     m_hash = hashOf(m_name);
 }
 

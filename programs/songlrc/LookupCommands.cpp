@@ -4,24 +4,35 @@
 
 #include "Json.h"
 #include "lookup/LookupProtocol.h"
+#include "programs/common/SongLikeness.h"
 #include "programs/common/TextFile.h"
 
 #include <QVSongLrc/QVSongLrcConstants.h>
 #include <QVSongLrc/ZTLyricRequestModel.h>
 
 #include <QCoreApplication>
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonObject>
 
 #include <csignal>
+#include <exception>
+#include <filesystem>
 #include <unistd.h>
+
+using namespace QVSongLrcPrivate;
 
 namespace {
 
-ExitStatus report(const QVLyricError &error, bool json)
+std::string reasonOf(const QVLyricError &error)
 {
-    reportError(error.localizedDescription.isEmpty() ? error.description() : error.localizedDescription);
+    if (error.domain == QVLyricError::ServiceDomain && error.code == QVLyricError::NothingFound)
+        return "nothing was found"; // the library's own text is Chinese
+    return (error.localizedDescription.isEmpty() ? error.description() : error.localizedDescription)
+        .toStdString();
+}
+
+ExitStatus reportLookup(const QVLyricError &error, bool json)
+{
     if (json) {
         const QByteArray details =
             Json::object({{"domain", Json::value(error.domain)},
@@ -29,18 +40,20 @@ ExitStatus report(const QVLyricError &error, bool json)
                           {"localizedDescription", Json::value(error.localizedDescription)}});
         writeStandardOutput(Json::object({{"error", details}}) + '\n');
     }
+    report(reasonOf(error));
     return error.domain == QVLyricError::TransportDomain ? Failed : NegativeAnswer;
 }
 
 // Whether the output is a regular file. Writing to a device or a pipe may block.
-bool isRegularFile(const QString &output)
+bool isRegularFile(const std::string &output)
 {
-    const QFileInfo target(output);
-    return output != StandardStream && (!target.exists() || target.isFile());
+    std::error_code error;
+    const auto status = std::filesystem::status(output, error);
+    return output != StandardStream && (!std::filesystem::exists(status) || is_regular_file(status));
 }
 
 // Calls start(model, finish), which starts a request, and runs an event loop until its completion calls finish(handle).
-// handle() processes the result and returns the exit status; its exceptions are reported.
+// handle() processes the result and returns the exit status; its exceptions are passed on.
 template <typename Start>
 ExitStatus runLookup(const Options &options, Start start)
 {
@@ -57,16 +70,36 @@ ExitStatus runLookup(const Options &options, Start start)
 
     const auto model = ZTLyricRequestModel::initWithReqParams(
         {{Key_Lyric_Trackname, options.title}, {Key_Lyric_Artist, options.artist}});
+    std::exception_ptr failure;
     start(*model, [&](const std::function<ExitStatus()> &handle) {
         ExitStatus status = Failed;
         try {
             status = handle();
-        } catch (const std::exception &error) {
-            reportFailure(error, options.json);
+        } catch (...) { // must not pass through the event loop
+            failure = std::current_exception();
         }
         application.exit(status);
     });
-    return ExitStatus(application.exec());
+    const auto status = ExitStatus(application.exec());
+    if (failure)
+        std::rethrow_exception(failure);
+    return status;
+}
+
+int likenessOf(const QJsonObject &candidate, const Options &options)
+{
+    return songLikeness({options.title, options.artist},
+                        {candidate[Key_Lyric_Trackname].toString(), candidate[Key_Lyric_Artist].toString()});
+}
+
+ExitStatus reportUnlike(const QJsonObject &candidate, int likeness)
+{
+    report(QStringLiteral("the best match, \"%1\" by %2, is only %3 % like what was asked for; "
+                          "\"--least-likeness %3\" would take it")
+               .arg(candidate[Key_Lyric_Trackname].toString(), candidate[Key_Lyric_Artist].toString(),
+                    QString::number(likeness))
+               .toStdString());
+    return NegativeAnswer;
 }
 
 void printResults(const QList<QJsonObject> &results, qint64 best, bool json)
@@ -85,7 +118,7 @@ void printResults(const QList<QJsonObject> &results, qint64 best, bool json)
         text += visible(QStringLiteral("%1 - %2  (%3)")
                             .arg(results[i][Key_Lyric_Artist].toString(),
                                  results[i][Key_Lyric_Trackname].toString(),
-                                 results[i][QVSongLrcPrivate::LookupProtocol::Link].toString()));
+                                 results[i][LookupProtocol::Link].toString()));
         text += '\n';
     }
     writeStandardOutput(text);
@@ -100,7 +133,7 @@ ExitStatus LookupCommands::search(const Options &options)
             [&options, finish](const auto &error, const auto &results, qint64 best) {
                 finish([&] {
                     if (error)
-                        return report(*error, options.json);
+                        return reportLookup(*error, options.json);
                     printResults(results, best, options.json);
                     return Done;
                 });
@@ -114,9 +147,9 @@ ExitStatus LookupCommands::fetch(const Options &options)
         const auto completion = [&options, finish](const auto &error, const QString &lyric) {
             finish([&] {
                 if (error)
-                    return report(*error, false);
+                    return reportLookup(*error, false);
                 if (lyric.isNull()) {
-                    reportError(QStringLiteral("the service's reply contains no lyric"));
+                    report("the service's reply contains no lyric");
                     return NegativeAnswer;
                 }
                 if (isRegularFile(options.output))
@@ -125,9 +158,21 @@ ExitStatus LookupCommands::fetch(const Options &options)
                 return Done;
             });
         };
-        if (options.link.isEmpty())
-            model.requestWithCompletion(completion);
-        else
+        if (!options.link.isEmpty()) {
             model.requestDetail(options.link, completion);
+            return;
+        }
+        model.requestListWithCompletion(
+            [&, finish, completion](const auto &error, const auto &results, qint64 best) {
+                if (error) {
+                    finish([&] { return reportLookup(*error, false); });
+                    return;
+                }
+                const QJsonObject &candidate = results[best];
+                if (const int likeness = likenessOf(candidate, options); likeness < options.leastLikeness)
+                    finish([&] { return reportUnlike(candidate, likeness); });
+                else
+                    model.requestDetail(candidate[LookupProtocol::Link].toString(), completion);
+            });
     });
 }

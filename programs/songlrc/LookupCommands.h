@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Commands.h"
+#include "Options.h"
 
 /// The commands that use the lyric service. Ctrl-C ends them with the status Interrupted.
 namespace LookupCommands {

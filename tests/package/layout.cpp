@@ -9,7 +9,7 @@
 
 static_assert(sizeof(QVTextRange) == 16);
 static_assert(sizeof(QVTimeList) == 48);
-static_assert(sizeof(QVSongLine) == 152);
+static_assert(sizeof(QVSongLine) == 64);
 static_assert(sizeof(QVEditSong) == 16);
 static_assert(sizeof(QVPreviewSong) == 16);
 static_assert(sizeof(QVLyricError) == 64);

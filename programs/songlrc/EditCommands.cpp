@@ -1,0 +1,126 @@
+// SPDX-FileCopyrightText: 2026 The QVSongLrc authors
+// SPDX-License-Identifier: MIT
+#include "Commands.h"
+#include "FileList.h"
+#include "LineEdits.h"
+#include "programs/common/LineEnds.h"
+#include "programs/common/TextFile.h"
+
+#include <QVSongLrc/QVEditSong.h>
+#include <QVSongLrc/QVLyricImport.h>
+
+#include <limits>
+
+namespace {
+
+void refuseUnlikelyGuess(const std::string &file, const DecodedText &read)
+{
+    if (read.guess && *read.guess < LeastGuess) {
+        throw FileError(
+            shownName(file),
+            "its encoding is not certain enough to write it; name it with --encoding (the guess is "
+                + read.encoding.name.toStdString() + ')');
+    }
+}
+
+// The text after edit(song), which returns false when the text is to stay as it is.
+template <typename Edit>
+QString edited(const QString &text, bool strict, Edit edit, qsizetype &timesCut)
+{
+    QVEditSong song;
+    if (strict)
+        song.buildWithLrcText(text);
+    else
+        song.setAryLines(QVLyricImport(text).lines());
+    if ((!strict && song.aryLines()->isEmpty()) || !edit(song))
+        return text;
+    song.updateSongText();
+    timesCut = LineEdits::timesWithThousandths(*song.aryLines());
+    return strict ? song.songText() : LineEnds::of(text).applied(song.songText());
+}
+
+template <typename Edit>
+ExitStatus rewriteFile(const std::string &file, const Options &options, Edit edit)
+{
+    const DecodedText read = readTextFile(file, options.encoding);
+    refuseUnlikelyGuess(file, read);
+    qsizetype timesCut = 0;
+    QString text;
+    try {
+        text = edited(read.text, options.strict, edit, timesCut);
+    } catch (const LineEdits::Error &error) {
+        throw FileError(shownName(file), error.what());
+    }
+
+    const bool isOwnFile = options.inPlace || options.dryRun;
+    const std::string &target = isOwnFile ? file : options.output;
+    TextEncoding encoding = target == StandardStream ? TextEncoding() : read.encoding;
+    if (!options.outputEncoding.isEmpty())
+        encoding = outputEncoding(options.outputEncoding);
+    // An equal text is not written: its encoding may have several bytes for one character.
+    const bool isSame = isOwnFile && options.outputEncoding.isEmpty() && text == read.text;
+    const bool changes =
+        !isSame && writeTextFile(target, text, encoding, options.dryRun ? Writing::DryRun : Writing::Replace);
+    if (!changes)
+        return Done;
+    if (options.dryRun || (options.inPlace && options.verbose)) {
+        Progress::erase();
+        writeStandardOutput(visible(file) + '\n');
+    }
+    if (!options.dryRun)
+        reportGuess(file, read);
+    if (timesCut > 0) {
+        report(shownName(file) + ": " + std::to_string(timesCut)
+               + (timesCut == 1 ? " time loses its thousandths" : " times lose their thousandths"));
+    }
+    return options.dryRun ? NegativeAnswer : Done;
+}
+
+template <typename Edit>
+ExitStatus rewrite(const Options &options, Edit edit)
+{
+    return forEachLyricFile(options, [&](const std::string &file) {
+        try {
+            return rewriteFile(file, options, edit);
+        } catch (const FileRefused &refused) {
+            throw std::runtime_error(std::string(refused.what()) + "; write to another file with -o");
+        }
+    });
+}
+
+} // namespace
+
+ExitStatus Commands::format(const Options &options)
+{
+    return rewrite(options, [](QVEditSong &) { return true; });
+}
+
+ExitStatus Commands::shift(const Options &options)
+{
+    using namespace LineEdits;
+    return rewrite(options, [&](QVEditSong &song) {
+        qint64 milliseconds = options.milliseconds;
+        if (options.applyOffset) {
+            const auto offset = takeOffset(*song.aryLines());
+            if (!offset)
+                return false;
+            milliseconds =
+                -std::max(*offset, -std::numeric_limits<qint64>::max()); // a positive one means earlier
+        }
+        LineEdits::shift(*song.aryLines(), milliseconds,
+                         options.clamp ? BelowZero::BecomesZero : BelowZero::Fails,
+                         options.strict ? Words::Stay : Words::Move);
+        return true;
+    });
+}
+
+ExitStatus Commands::mark(const Options &options)
+{
+    return rewrite(options, [&](QVEditSong &song) {
+        if (options.strict)
+            song.insertCopyrightMark();
+        else
+            LineEdits::mark(song);
+        return true;
+    });
+}
