@@ -54,7 +54,7 @@ class ServiceTest(unittest.TestCase):
             ("operators are text", [ODD], "♥|", '"la"|', "(NEAR)|", "la*|", "-vie|", 'c\'est "la|', "la\0|", "^c'est|"),
             ("operators do nothing", [], "title:silver|", "NEAR(silver mill, 2)|", "silver OR harbour|",
              '"*()^-+:{}|', "' OR 1=1 --|", '"' * 20000 + "|", "花" * 6000 + "|" + "花 " * 600),
-            ("the file's name for the tags", ["- No|Unknown", "No one|Unknown", "No. two|Unknown", "No - Ox|Odo"], "no|"),
+            ("the file's name for tags", ["- No|Unknown", "No one|Unknown", "No. two|Unknown", "No - Ox|Odo"], "no|"),
             ("tags with a value, of a file of 1 MiB", ["Copper Rain|Odo"], "copper rain|odo"),
             ("neither unusable files nor linked folders", [], "binary|", "secret|"),
         ):
