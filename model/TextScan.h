@@ -7,7 +7,7 @@
 #include <bit>
 #include <cstring>
 
-#ifdef __SSE2__
+#ifdef __x86_64__
 #include <emmintrin.h>
 #endif
 
@@ -65,7 +65,7 @@ inline bool readUsualTag(const char16_t *at, UsualTag &tag)
 
 } // namespace AnyProcessor
 
-#ifdef __SSE2__
+#ifdef __x86_64__
 namespace Sse2 {
 
 using AnyProcessor::Window;
