@@ -132,7 +132,9 @@ int main(int argc, char **argv)
 {
     const std::pair<std::string, Corpus::Texts> corpora[] = {
         {"song", Corpus::oneSong()}, {"songs", Corpus::songs(2'000)}, {"big", Corpus::bigText()}};
-    for (const auto &[name, texts] : corpora) {
+    for (const auto &corpus : corpora) {
+        const std::string &name = corpus.first;
+        const Corpus::Texts &texts = corpus.second;
         const auto add = [&](const char *operation, auto run) {
             benchmark::RegisterBenchmark((operation + ('/' + name)).c_str(), run);
         };

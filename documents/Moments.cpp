@@ -35,13 +35,13 @@ std::vector<Moment> merged(const std::vector<Moment> &a, const std::vector<Momen
 void radixSort(std::vector<Moment> &moments)
 {
     constexpr int Bits = 11;
-    const qint64 latest = std::max_element(moments.cbegin(), moments.cend(), isEarlier)->milliseconds;
+    const auto latest = quint64(std::max_element(moments.cbegin(), moments.cend(), isEarlier)->milliseconds);
     std::vector<Moment> sorted = roomFor(moments.size());
     sorted.resize(moments.size());
     for (int shift = 0; shift < 64 && latest >> shift != 0; shift += Bits) {
         std::array<std::size_t, std::size_t(1) << Bits> places{};
         const auto place = [shift, &places](const Moment &moment) -> std::size_t & {
-            return places[std::size_t(moment.milliseconds >> shift) % places.size()];
+            return places[std::size_t(quint64(moment.milliseconds) >> shift) % places.size()];
         };
         for (const Moment &moment : moments)
             ++place(moment);

@@ -68,9 +68,10 @@ void QVEditSong::buildWithLrcText(const QString &text)
             for (const LyricLine::TimeTag &tag : line.tags)
                 LineBlocks::addTime(songLine, tag.milliseconds);
         });
-    d->songText = writer.finish();
-    lines.setText(d->songText);
+    const QString songText = writer.finish();
+    lines.setText(songText);
     d->lines = lines.lines();
+    d->songText = songText;
 }
 
 QString QVEditSong::songText() const

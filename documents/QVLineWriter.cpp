@@ -71,7 +71,7 @@ QString QVLineWriter::placeDisplayTexts(const QVSongLineList &lines, qsizetype &
 QString QVLineWriter::writeDisplayTexts(const QVSongLineList &lines)
 {
     qsizetype total = 0;
-    const QString source = placeDisplayTexts(lines, total);
+    QString source = placeDisplayTexts(lines, total);
     if (!source.isNull())
         return source;
     return write(lines, total,

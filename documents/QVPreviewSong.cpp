@@ -39,9 +39,9 @@ struct Lines
     LineBlocks blocks;
     qsizetype count = 0;
     std::vector<qsizetype> properties; // their indexes
-    std::vector<Moment> firsts;  // of properties and of the first tags of lines
-    std::vector<Moment> repeats; // of the other tags
-    qsizetype displayLength = 0; // of all lines with their line feeds
+    std::vector<Moment> firsts;        // of properties and of the first tags of lines
+    std::vector<Moment> repeats;       // of the other tags
+    qsizetype displayLength = 0;       // of all lines with their line feeds
 };
 
 Lines readLines(QStringView text)
@@ -109,7 +109,6 @@ void QVPreviewSong::buildWithLrcText(const QString &text)
     else
         read.blocks.setText(ownedString(text));
 
-    d->lines = lines;
     // The times of properties ascend, so sorting has not changed their order.
     auto property = read.properties.cbegin();
     std::size_t lyricCount = 0;
@@ -121,6 +120,7 @@ void QVPreviewSong::buildWithLrcText(const QString &text)
     }
     moments.resize(lyricCount);
     d->lyricMoments = std::move(moments);
+    d->lines = lines;
 }
 
 qsizetype QVPreviewSong::lineIndexAt(qint64 milliseconds) const

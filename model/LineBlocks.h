@@ -51,7 +51,8 @@ private:
     {
         explicit Block(qsizetype capacity);
         ~Block();
-        Q_DISABLE_COPY_MOVE(Block)
+        Block(const Block &) = delete;
+        Block &operator=(const Block &) = delete;
 
         QString text;
         QVSongLine *lines = nullptr;

@@ -10,7 +10,7 @@
 
 using namespace QVSongLrcPrivate;
 
-static_assert(sizeof(QVSongLine) == 64);
+static_assert(sizeof(void *) != 8 || sizeof(QVSongLine) == 64);
 
 // The copy is in no block that would keep the source alive, so its text and key are its own.
 QVSongLine::QVSongLine(const QVSongLine &other)
@@ -59,10 +59,10 @@ std::shared_ptr<QVTimeList> QVSongLine::aryTimes()
 
 void QVSongLine::setAryTimes(std::shared_ptr<QVTimeList> times)
 {
-    m_displayIsSlice = false;
-    m_ownTimeCount = 0;
     if (times || m_extra)
         extra().times = std::move(times);
+    m_ownTimeCount = 0;
+    m_displayIsSlice = false;
 }
 
 QString QVSongLine::lineText() const
@@ -74,9 +74,9 @@ QString QVSongLine::lineText() const
 
 void QVSongLine::setLineText(const QString &text)
 {
-    m_displayIsSlice = false;
-    m_textIsSlice = false;
     extra().text = ownedString(text);
+    m_textIsSlice = false;
+    m_displayIsSlice = false;
 }
 
 QString QVSongLine::propertyStr() const
@@ -86,9 +86,9 @@ QString QVSongLine::propertyStr() const
 
 void QVSongLine::setPropertyStr(const QString &key)
 {
-    m_displayIsSlice = false;
-    m_keyIsSlice = false;
     extra().key = ownedString(key);
+    m_keyIsSlice = false;
+    m_displayIsSlice = false;
 }
 
 double QVSongLine::playTime() const

@@ -7,7 +7,7 @@
 #include <bit>
 #include <cstring>
 
-#ifdef __SSE2__
+#ifdef __x86_64__
 #include <emmintrin.h>
 #endif
 
@@ -52,7 +52,7 @@ inline quint64 stops(const char16_t *at)
 inline bool readUsualTag(const char16_t *at, UsualTag &tag)
 {
     constexpr char16_t Form[] = u"[00:00.00]";
-    quint32 digits[UsualTag::Length];
+    quint32 digits[UsualTag::Length] = {};
     for (int i = 0; i < UsualTag::Length; ++i) {
         digits[i] = quint32(at[i]) - Form[i];
         if (digits[i] > (Form[i] == u'0' ? 9 : 0))
@@ -65,7 +65,7 @@ inline bool readUsualTag(const char16_t *at, UsualTag &tag)
 
 } // namespace AnyProcessor
 
-#ifdef __SSE2__
+#ifdef __x86_64__
 namespace Sse2 {
 
 using AnyProcessor::Window;

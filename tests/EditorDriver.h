@@ -113,9 +113,8 @@ public:
     /// The title, with a "*" if the song is modified, or "closed".
     QString state() const
     {
-        const QString title =
-            window->windowTitle().replace(u"[*]"_s, window->isWindowModified() ? u"*"_s : u""_s);
-        return window->isVisible() ? title : u"closed"_s;
+        const QString mark = window->isWindowModified() ? u"*"_s : QString();
+        return window->isVisible() ? window->windowTitle().replace(u"[*]"_s, mark) : u"closed"_s;
     }
 
     QString message() const { return window->statusBar()->currentMessage(); }
@@ -134,7 +133,7 @@ private:
     static void activate(QWidget *window)
     {
         window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(window));
+        QVERIFY(QTest::qWaitForWindowActive(window, 30'000));
     }
 
     // Shows one modal dialog for each of \p steps. Any other dialog is closed and fails the test.
@@ -155,13 +154,13 @@ private:
             }
             // Not here: a timer does not fire while its slot waits for the next dialog.
             QTimer::singleShot(0, dialog, [step = steps.takeFirst(), dialog] {
-                QVERIFY(QTest::qWaitForWindowExposed(dialog)); // clicks may get lost before
+                QVERIFY(QTest::qWaitForWindowExposed(dialog, 30'000)); // clicks may get lost before
                 step(dialog);
             });
         });
         poll.start(10);
         press(word);
-        QTRY_VERIFY_WITH_TIMEOUT(steps.isEmpty() && !QApplication::activeModalWidget(), 20'000);
+        QTRY_VERIFY_WITH_TIMEOUT(steps.isEmpty() && !QApplication::activeModalWidget(), 30'000);
     }
 
     void press(const QString &word)

@@ -7,6 +7,8 @@
 #include <QFile>
 #include <QTest>
 
+#include <limits>
+
 using namespace Qt::StringLiterals;
 
 /// The lines in the notation of docs/lrc-format.md.
@@ -56,3 +58,6 @@ inline void addExamples(const QString &header, int tables = 1)
     }
     QCOMPARE(tables, 0);
 }
+
+inline constexpr qint64 Max = std::numeric_limits<qint64>::max();
+inline constexpr qint64 Min = std::numeric_limits<qint64>::min();

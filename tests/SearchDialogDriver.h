@@ -85,8 +85,8 @@ public:
         return now.join(u", ");
     }
 
-    /// Opens the dialog with the story's title and artist, separated by "/". Takes the steps in its modal loop, the rest
-    /// after it has closed.
+    /// Opens the dialog with the story's title and artist, separated by "/". Takes the steps in its modal loop, and
+    /// the rest after it has closed.
     void play(const QString &story)
     {
         QStringList steps = QString(story).replace(u"; "_s, u"\n"_s).split(u'\n');
@@ -106,7 +106,7 @@ public:
         const QStringList parts = step.split(u" =>"_s);
         act(parts[0].section(u' ', 0, 0), parts[0].section(u' ', 1, 1), parts[0].section(u' ', 2));
         const auto isExpected = [&] { return parts.size() < 2 || changes() == parts[1].trimmed(); };
-        QVERIFY2(QTest::qWaitFor(isExpected, 20'000), qPrintable(step + u"\n changes "_s + changes()));
+        QVERIFY2(QTest::qWaitFor(isExpected, 30'000), qPrintable(step + u"\n changes "_s + changes()));
         if (parts.size() > 1)
             m_before = state();
     }
@@ -114,7 +114,7 @@ public:
     void act(const QString &verb, const QString &object, const QString &rest)
     {
         if (verb == u"header" || verb == u"double" || verb == u"right")
-            QTRY_VERIFY_WITH_TIMEOUT(selectedRow() >= 0, 20'000);
+            QTRY_VERIFY_WITH_TIMEOUT(selectedRow() >= 0, 30'000);
         if (verb == u"reply") {
             QVERIFY(m_server.waitForRequests(m_asked + object.toInt()));
             m_server.reply(int(m_asked) + object.toInt(), Replies[rest]);
@@ -156,7 +156,7 @@ public:
         QTimer::singleShot(0, qApp, [&, this] {
             window = qobject_cast<QDialog *>(QApplication::activeModalWidget());
             window->activateWindow();
-            if (QTest::qWaitForWindowActive(window, 20'000))
+            if (QTest::qWaitForWindowActive(window, 30'000))
                 script();
             if (window)
                 window->windowHandle()->close(); // as the title bar's button does

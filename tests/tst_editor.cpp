@@ -75,8 +75,8 @@ private Q_SLOTS:
             QCOMPARE(editor.text() + editor.state(), before + u"song.lrc"_s);
             editor.run(u"Ctrl+Shift+Z "_s.repeated(9));
         }
-        QTRY_COMPARE(editor.highlighted("preview"),
-                     row["preview"_L1].toString(editor.highlighted("preview")));
+        QTRY_COMPARE_WITH_TIMEOUT(editor.highlighted("preview"),
+                                  row["preview"_L1].toString(editor.highlighted("preview")), 30'000);
         QCOMPARE(editor.highlighted("text"), row["line"_L1].toString(editor.highlighted("text")));
         QCOMPARE(editor.text("preview"), row["played"_L1].toString(editor.text("preview")));
         QCOMPARE(editor.remarks(), row["remarks"_L1].toString(editor.remarks()));
@@ -86,6 +86,7 @@ private Q_SLOTS:
     void keepsLines()
     {
         const QByteArray table = bytesOf(QStringLiteral(TESTS "/data/import.txt"));
+        QVERIFY(!table.isEmpty());
         for (const QString &row : QString::fromUtf8(table).split(u'\n')) {
             const QStringList cells = row.split(u'|');
             const QString text = withoutSymbols(cells.value(1).trimmed());
@@ -134,9 +135,9 @@ private Q_SLOTS:
         EditorDriver editor(m_name);
         editor.run(u"0:0 '[00:01.005]' Return 0:2 'first' Return"_s);
         const QDir folder(m_home->filePath(u"QVSongLrc/tst_editor/recovery"_s));
-        QTRY_COMPARE(folder.entryList({u"*.json"_s}).size(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(folder.entryList({u"*.json"_s}).size(), 1, 30'000);
         const QString recovery = folder.filePath(folder.entryList({u"*.json"_s}).first());
-        QTRY_VERIFY(bytesOf(recovery).contains("[00:01.005]first"));
+        QTRY_VERIFY_WITH_TIMEOUT(bytesOf(recovery).contains("[00:01.005]first"), 30'000);
         const QByteArray before = bytesOf(recovery);
         Recovery::discard(recovery); // in use
         // Limits the size of files, which fails like a full disk.
@@ -147,12 +148,12 @@ private Q_SLOTS:
         QCOMPARE(::setrlimit(RLIMIT_FSIZE, &small), 0);
         editor.run(u"0:2 'second' Return"_s);
         const auto *const warning = editor.window->statusBar()->findChild<QLabel *>(u"warning"_s);
-        const bool isWarned = QTest::qWaitFor([&] { return warning->text().contains(recovery); }, 20'000);
+        const bool isWarned = QTest::qWaitFor([&] { return warning->text().contains(recovery); }, 30'000);
         ::setrlimit(RLIMIT_FSIZE, &usual);
         QVERIFY(isWarned);
         QCOMPARE(bytesOf(recovery), before);
         editor.run(u"Ctrl+Z Ctrl+Z Ctrl+Z"_s);
-        QTRY_COMPARE(warning->text(), QString());
+        QTRY_COMPARE_WITH_TIMEOUT(warning->text(), QString(), 30'000);
         QVERIFY(!QFile::exists(recovery));
 
         const QString left = folder.filePath(u"left.json"_s);
@@ -175,7 +176,7 @@ private Q_SLOTS:
             server.reply(asked,
                          R"({"results":[{"track":"Auld Lang Syne","artist":"Robert Burns","link":"1"}]})");
             const auto *const results = dialog->findChild<QTableView *>(u"tableView"_s);
-            QTRY_VERIFY_WITH_TIMEOUT(results->currentIndex().isValid(), 20'000);
+            QTRY_VERIFY_WITH_TIMEOUT(results->currentIndex().isValid(), 30'000);
             if (asked == 1)
                 QVERIFY(dialog->grab().save(pictures + u"/dialog.png"_s, nullptr, 0));
             QTest::mouseClick(dialog->findChild<QPushButton *>(u"btnDownload"_s), Qt::LeftButton);
@@ -190,7 +191,7 @@ private Q_SLOTS:
         editor.run(u"Ctrl+L"_s, {download});
         editor.run(u"6:2 'typed'"_s);
         reply();
-        QTRY_COMPARE_WITH_TIMEOUT(editor.text(), u"[00:01.00]la|le"_s, 20'000);
+        QTRY_COMPARE_WITH_TIMEOUT(editor.text(), u"[00:01.00]la|le"_s, 30'000);
         QCOMPARE(server.requests("artist=Robert%20Burns&track=Auld%20Lang%20Syne").size(), 2);
         editor.run(u"Ctrl+Z"_s);
         QVERIFY(editor.text().contains(u"]typed|"_s)); // was committed
@@ -200,7 +201,7 @@ private Q_SLOTS:
         editor.run(u"Ctrl+W"_s, {[&](QWidget *dialog) {
                        editor.window->open(m_name); // must wait too
                        reply();
-                       QTRY_COMPARE_WITH_TIMEOUT(editor.message(), refused, 20'000);
+                       QTRY_COMPARE_WITH_TIMEOUT(editor.message(), refused, 30'000);
                        answer(u"Cancel"_s)(dialog);
                    }});
         QVERIFY(editor.text().contains(u"]typed|"_s));
@@ -211,7 +212,7 @@ private Q_SLOTS:
         reply(); // for the first song
         editor.run(u"Ctrl+L"_s, {download});
         server.reply(asked, "{}");
-        QTRY_COMPARE_WITH_TIMEOUT(editor.message(), u"The lyric could not be downloaded"_s, 20'000);
+        QTRY_COMPARE_WITH_TIMEOUT(editor.message(), u"The lyric could not be downloaded"_s, 30'000);
         QCOMPARE(editor.text(), u"[ti:other]"_s);
     }
 

@@ -54,7 +54,7 @@ private Q_SLOTS:
             });
             const QRect place = dialog.control(u"lblSearchState"_s)->geometry();
             dialog.take(u"reply 1 odd"_s);
-            QTRY_COMPARE_WITH_TIMEOUT(isSelected, (QList<bool>{false, true}), 20'000);
+            QTRY_COMPARE_WITH_TIMEOUT(isSelected, (QList<bool>{false, true}), 30'000);
             QCOMPARE(dialog.control(u"lblSearchState"_s)->geometry(),
                      place); // the progress bar keeps its room
             for (int row = 0; row < 3; ++row) {
@@ -78,10 +78,10 @@ private Q_SLOTS:
         dialog.open(u"/"_s, [&] {
             QHeaderView *const header = dialog.table()->horizontalHeader();
             const auto share = [&] { return qRound(100.0 * header->sectionSize(0) / header->length()); };
-            QTRY_COMPARE_WITH_TIMEOUT(share(), 60, 20'000);
+            QTRY_COMPARE_WITH_TIMEOUT(share(), 60, 30'000);
             header->resizeSection(0, header->length() / 4);
             dialog.window->resize(900, 500);
-            QTRY_COMPARE_WITH_TIMEOUT(header->length() > 800 ? share() : 0, 25, 20'000);
+            QTRY_COMPARE_WITH_TIMEOUT(header->length() > 800 ? share() : 0, 25, 30'000);
             QCOMPARE(header->length(), dialog.table()->viewport()->width());
             QCOMPARE(header->model()->headerData(0, Qt::Horizontal), u"Title"_s);
         });

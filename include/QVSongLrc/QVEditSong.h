@@ -14,7 +14,7 @@
 ///
 /// Changes to lines and to their list leave songText() and the lines' ranges as they are; updateSongText()
 /// brings them up to date. The list and the lines are shared with everyone who holds a pointer to them, and
-/// live as long as anyone does. Reading, writing and comparing take time linear in the text. Documents
+/// live at least as long as anyone does. Reading, writing and comparing take time linear in the text. Documents
 /// cannot be copied. Use a document and its lines from one thread at a time.
 class QVSONGLRC_CORE_EXPORT QVEditSong
 {

@@ -23,12 +23,13 @@ struct QVSONGLRC_CORE_EXPORT QVLyricRemark
         Character, ///< A control character, a lone surrogate or a byte order mark.
     };
 
-    Kind kind = Kind::LineEnds;
-    QVTextRange range; ///< The place in the imported text, in UTF-16 code units.
-    qint64 line = 1;   ///< The line in which the place begins, from 1. LF, CR LF and CR end a line.
-    qint64 column = 1; ///< The column at which the place begins, from 1, in code points.
-    QString
-        message; ///< A sentence in English, without a full stop, that says what the documents make of the place.
+    Kind kind = Kind::LineEnds; ///< What is remarkable.
+    QVTextRange range;          ///< The place in the imported text, in UTF-16 code units.
+    qint64 line = 1;            ///< The line in which the place begins, from 1. LF, CR LF and CR end a line.
+    qint64 column = 1;          ///< The column at which the place begins, from 1, in code points.
+
+    /// A sentence in English, without a full stop, that says what the documents make of the place.
+    QString message;
 
     /// Whether the documents read other words, times or properties. Notes (the other remarks) change neither.
     bool isWarning() const { return kind != Kind::Offset && kind != Kind::Character; }

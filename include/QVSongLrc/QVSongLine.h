@@ -25,9 +25,10 @@ using QVTimeList = QVarLengthArray<qint64, 3>;
 /// Documents and hosts share lines by `std::shared_ptr`: a change through one pointer shows through all. Use
 /// a line from one thread at a time, const functions included: they may change how the line stores its data.
 ///
-/// A document makes its lines in blocks of up to 64, and their texts are slices of the document's text. A line that
-/// outlives its document keeps its block and that text alive, nothing else. The first call of lineText() copies the
-/// slice into a string of the line's own.
+/// A document makes its lines in blocks, and their texts are slices of the document's text. A line that outlives its
+/// document keeps that text and its block alive: up to 64 lines, or 2 MiB of lines in a text of millions of characters.
+/// So a line that was removed, and the times and texts that a host gave it, may live as long as its neighbours do. The
+/// first call of lineText() copies the slice into a string of the line's own.
 ///
 /// The data members are in this header, and their layout is fixed for 1.x, because a pointer to private data
 /// would cost an allocation for every line of a lyric.
@@ -121,8 +122,6 @@ private:
         QVSONGLRC_CORE_EXPORT void operator()(Extra *extra) const;
     };
     Extra &extra() const;
-
-    QVSongLine &operator=(QVSongLine &&other) noexcept = default;
 
     QStringView textView() const;
     QStringView keyView() const;

@@ -118,11 +118,11 @@ bool FileCommands::write(const QString &name)
     }
     m_isChangeKnown = false;
     remember(file.name());
-    const qsizetype cut = LineEdits::timesWithThousandths(m_song.lines());
-    Q_EMIT message((cut == 0       ? tr("Saved %1")
-                        : cut == 1 ? tr("Saved %1; 1 time without its thousandths")
-                                   : tr("Saved %1; %2 times without their thousandths").arg("%1"_L1).arg(cut))
-                       .arg(file.name()));
+    QString saved = tr("Saved %1").arg(file.name());
+    if (const qsizetype cut = LineEdits::timesWithThousandths(m_song.lines()))
+        saved +=
+            cut == 1 ? tr("; 1 time lost its thousandths") : tr("; %1 times lost their thousandths").arg(cut);
+    Q_EMIT message(saved);
     return true;
 }
 
