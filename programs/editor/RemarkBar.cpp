@@ -44,6 +44,7 @@ RemarkBar::RemarkBar(SongModel &song)
     , m_list(new QTreeWidget)
 {
     setFrameShape(StyledPanel);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum); // the table has the rest
     m_summary->setObjectName(u"remarkSummary"_s);
     m_summary->setToolTip(tr("Other programs may take these places for other words or times"));
     m_show->setObjectName(u"showRemarks"_s);
