@@ -76,7 +76,8 @@ class SonglrcTest(unittest.TestCase):
             ("mark", "mark", b"[00:01.00]a\n\n[00:05.00]b\n", 0, b"[00:01.00]a\n" + MARK + b"\n[00:05.00]b\n", ""),
             ("mark at the top", "mark", b"a\n", 0, MARK.replace(b"1.", b"0.") + b"a\n", ""),
             ("other encodings", "format --encoding koi8-r --output-encoding utf-16", b"\xd0", 0, b"\xff\xfe?\4", ""),
-            ("UTF-8 on standard output", "format", b"\xfe\xff\0x", 0, b"x", ""),
+            ("UTF-8 on standard output", "format", "\ufeff[0:1.0]a".encode("utf-32-le"), 0, b"[00:01.00]a", ""),
+            ("half a character", "format", b"x\0\r\0\n", 3, b"", ".*any known encoding"),
             ("not in the encoding", "format --encoding utf-8", b"\xff", 3, b"", "standard input: .* encoding utf-8"),
             ("no text at all", "format", b"\x7fELF\0\xff\xff", 3, b"", ".*any known encoding"),
             ("unlikely guess", "format", "Берёза стояла".encode("cp1251"), 3, b"", ".*--encoding.* windows-1251.*"),
@@ -107,6 +108,7 @@ class SonglrcTest(unittest.TestCase):
         for content, guess in (
             ("\ufeff[ti:歌🎵]\r\n[00:01.00]é".encode(), ""),
             ("\ufeff歌🎵\n".encode("utf-16-le"), ""),
+            ("[00:01.00]a\n".encode("utf-16-be"), ".*guess: UTF-16BE, 100 .*"),
             ("[00:01.00]Grüße an alle, die über die Brücke gehen\n".encode("latin-1"), ".*guess: ISO-8859-1.*"),
             ("[00:01.00]Во поле берёза стояла, во поле кудрявая\n".encode("cp1251"), ".*guess: windows-1251.*"),
             ((SAMPLES / "sakura-sakura.lrc").read_bytes(), "song.lrc: .*guess: Shift_JIS.*"),
