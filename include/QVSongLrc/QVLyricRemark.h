@@ -31,8 +31,8 @@ struct QVSONGLRC_CORE_EXPORT QVLyricRemark
     /// A sentence in English, without a full stop, that says what the documents make of the place.
     QString message;
 
-    /// Whether the documents read other words, times or properties, or a person should look: text that looks like a time
-    /// and is none may be a mistake. Notes (the other remarks) change neither words nor times.
+    /// Whether the documents read other words, times or properties, or a person should look: text that looks like a
+    /// time and is none may be a mistake. Notes (the other remarks) change neither words nor times.
     bool isWarning() const { return kind != Kind::Offset && kind != Kind::Character; }
 
     /// The name of \p kind, which never changes: "line-ends", "property", "time-form", "hundredths", "word-time",
