@@ -12,10 +12,13 @@ namespace {
 QString characterMessage(char16_t c)
 {
     if (c == TextSurvey::ByteOrderMark)
-        return QStringLiteral("this is a byte order mark; the documents keep it in words");
+        return QStringLiteral(
+            "this is a byte order mark; the documents keep it unless they drop the text around it");
     return !QChar::isSurrogate(c)
-        ? QStringLiteral("this is a control character; the documents keep it in words")
-        : QStringLiteral("this is half of a surrogate pair; the documents keep it in words");
+        ? QStringLiteral(
+            "this is a control character; the documents keep it unless they drop the text around it")
+        : QStringLiteral(
+            "this is half of a surrogate pair; the documents keep it unless they drop the text around it");
 }
 
 } // namespace

@@ -15,7 +15,7 @@ struct QVSONGLRC_CORE_EXPORT QVLyricRemark
         LineEnds, ///< The line ends differ from each other, or are carriage returns alone. Once a text.
         Property, ///< A property tag that the documents take for another property, or do not take for one, or a
                   ///< text that only the documents take for one.
-        TimeForm,   ///< A time tag that the documents read as text or as another time.
+        TimeForm, ///< A time tag that the documents read as text or as another time, or whose digits are not ASCII.
         Hundredths, ///< Like TimeForm; and writing the time drops its last digit, because tags have hundredths.
         WordTime,   ///< A time tag within the words, which becomes a word tag.
         NoTime,     ///< Text that looks like a time tag, or that only the documents take for one.
@@ -31,7 +31,8 @@ struct QVSONGLRC_CORE_EXPORT QVLyricRemark
     /// A sentence in English, without a full stop, that says what the documents make of the place.
     QString message;
 
-    /// Whether the documents read other words, times or properties. Notes (the other remarks) change neither.
+    /// Whether the documents read other words, times or properties, or a person should look: text that looks like a
+    /// time and is none may be a mistake. Notes (the other remarks) change neither words nor times.
     bool isWarning() const { return kind != Kind::Offset && kind != Kind::Character; }
 
     /// The name of \p kind, which never changes: "line-ends", "property", "time-form", "hundredths", "word-time",

@@ -26,9 +26,9 @@ public:
         BecomesZero,
     };
 
-    /// \p text with \p milliseconds added to the time of every word tag. A shifted tag is written as "<mm:ss.xx>", with
-    /// a third digit if the tag has one or \p milliseconds is no multiple of 10, and further digits as the tag has them.
-    /// An absent text stays absent.
+    /// \p text with \p milliseconds added to the time of every word tag. A shifted tag is written as "<mm:ss.xx>",
+    /// with a third digit if the tag has one or the new time needs it, and further digits as the tag has them, or 0
+    /// where the time would be negative. An absent text stays absent.
     ///
     /// \return nullopt if a time would be past 9999:59.99, or below 0 with BelowZero::Fails. \p failedAt, unless null,
     /// is then set to the range of the first such tag in \p text.

@@ -2,11 +2,15 @@
 // SPDX-License-Identifier: MIT
 #include "LineEdits.h"
 
+#include "model/TimeForm.h"
+
+#include <QVSongLrc/QVLyricImport.h>
 #include <QVSongLrc/QVWordTimes.h>
 
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
+using namespace QVSongLrcPrivate;
 
 namespace {
 
@@ -23,10 +27,16 @@ void removeOuterBlanks(QVSongLineList &lines)
         lines.removeLast();
 }
 
-LineEdits::Error outOfRange(const QVSongLine &line, qint64 milliseconds)
+// As much of a text as an error message shows.
+std::string beginOf(const QString &text)
 {
     constexpr qsizetype ShownLength = 60;
-    return LineEdits::Error("the line \"" + line.displayText().left(ShownLength).toStdString()
+    return text.left(ShownLength).toStdString();
+}
+
+LineEdits::Error outOfRange(const QVSongLine &line, qint64 milliseconds)
+{
+    return LineEdits::Error("the line \"" + beginOf(line.displayText())
                             + (milliseconds < 0 ? "\" would begin before 0; --clamp moves it to 0"
                                                 : "\" would be past 9999:59.99"));
 }
@@ -57,26 +67,30 @@ void LineEdits::shift(QVSongLineList &lines, qint64 milliseconds, BelowZero belo
     }
 }
 
-std::optional<qint64> LineEdits::takeOffset(QVSongLineList &lines)
+std::optional<qint64> LineEdits::takeOffset(QVSongLineList &lines, const QString &text)
 {
-    std::optional<qint64> offset;
-    for (qsizetype i = lines.size() - 1; i >= 0; --i) {
-        constexpr auto Start = "[offset:"_L1;
-        const QString text = lines[i]->isProperty() || !lines[i]->aryTimes()->isEmpty()
-            ? QString()
-            : lines[i]->lineText().trimmed();
-        if (!text.startsWith(Start, Qt::CaseInsensitive) || !text.endsWith(u']'))
-            continue;
-        if (offset)
-            throw Error("it has two offsets");
-        bool isNumber = false;
-        offset = text.sliced(Start.size()).chopped(1).trimmed().toLongLong(&isNumber);
-        if (!isNumber)
-            throw Error("its offset is not a whole number: " + text.toStdString());
-        lines.removeAt(i);
+    const QVLyricImport lyric(text);
+    QStringList headers;
+    for (const QVLyricRemark &remark : lyric.remarks()) {
+        if (remark.kind == QVLyricRemark::Kind::Offset)
+            headers += text.sliced(qsizetype(remark.range.location), qsizetype(remark.range.length));
     }
-    if (offset)
-        removeOuterBlanks(lines);
+    if (headers.isEmpty())
+        return std::nullopt;
+    if (headers.size() > 1)
+        throw Error("it has two offsets");
+    const QString &header = headers.first();
+    const QString value = header.sliced(header.indexOf(u':') + 1).chopped(1).trimmed();
+    bool isNumber = false;
+    const qint64 offset = value.toLongLong(&isNumber);
+    if (!isNumber)
+        throw Error("its offset is not a whole number: " + beginOf(header));
+    const qsizetype removed = lines.removeIf([&](const std::shared_ptr<QVSongLine> &line) {
+        return !line->isProperty() && line->aryTimes()->isEmpty() && line->lineText().trimmed() == header;
+    });
+    if (removed == 0) // the documents read it as a part of another line
+        return std::nullopt;
+    removeOuterBlanks(lines);
     return offset;
 }
 

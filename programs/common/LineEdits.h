@@ -34,9 +34,10 @@ enum class BelowZero {
 /// a time would be past 9999:59.99, or below 0 with BelowZero::Fails.
 void shift(QVSongLineList &lines, qint64 milliseconds, BelowZero belowZero, Words words);
 
-/// Removes the header "[offset:MS]", and the blank lines that are then the first or the last. Returns its value in ms;
-/// nothing when there is none. \throws Error when there are two, or the value is not a whole number.
-std::optional<qint64> takeOffset(QVSongLineList &lines);
+/// Removes the header "[offset:MS]", on which QVLyricImport remarks in \p text, from its \p lines, and the blank lines
+/// that are then the first or the last. Returns its value in ms; nothing when there is none. \throws Error when there
+/// are two, or the value is not a whole number.
+std::optional<qint64> takeOffset(QVSongLineList &lines, const QString &text);
 
 /// QVEditSong::insertCopyrightMark() with blank lines left out of account, as if the documents had read the song.
 void mark(QVEditSong &song);

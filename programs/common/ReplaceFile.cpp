@@ -11,6 +11,8 @@
 #include <map>
 
 #include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 
@@ -89,6 +91,22 @@ void refuseWhatCannotBeReplaced(const std::string &file, const std::string &targ
     constexpr mode_t AnyWrite = S_IWUSR | S_IWGRP | S_IWOTH; // root may write to every file
     if ((old.st_mode & AnyWrite) == 0 || faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0)
         throw FileRefused(file, "it is not writable");
+    const FileDescriptor opened(open(target.c_str(), O_RDONLY | O_CLOEXEC));
+    unsigned flags = 0;
+    if (opened.isValid() && ioctl(opened.get(), FS_IOC_GETFLAGS, &flags) == 0 && (flags & FS_APPEND_FL) != 0)
+        throw FileRefused(file, "it can only be appended to");
+}
+
+// Tries on a file without a name, which does not change the folder, whether what the old file has can be kept.
+void tryToKeep(const std::string &file, const std::string &target, const struct stat &old)
+{
+    const auto parent = std::filesystem::path(target).parent_path();
+    const std::string folder = parent.empty() ? "." : parent.string();
+    const FileDescriptor nameless(open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    if (nameless.isValid())
+        keep(nameless.get(), file, old, attributesOf(file, target));
+    else if (errno != EOPNOTSUPP && errno != EISDIR) // not every file system can
+        throw FileRefused(file, "no file can be made beside it: " + systemError(errno));
 }
 
 bool hasContent(const std::string &file, const struct stat &status, const QByteArray &bytes)
@@ -122,8 +140,11 @@ bool replaceFile(const std::string &file, const QByteArray &bytes, Writing writi
             return false;
         refuseWhatCannotBeReplaced(file, target, old);
     }
-    if (writing == Writing::DryRun)
+    if (writing == Writing::DryRun) {
+        if (exists && S_ISREG(old.st_mode))
+            tryToKeep(file, target, old);
         return true;
+    }
     if (exists && !S_ISREG(old.st_mode)) {
         writeDirectly(file, bytes);
         return true;

@@ -33,12 +33,18 @@ QStringList wordsOf(const QString &text)
 QString withoutBrackets(QString text)
 {
     for (const auto &[open, close] : {std::pair(u'(', u')'), {u'[', u']'}, {u'{', u'}'}, {u'【', u'】'}}) {
-        for (qsizetype begin = 0; (begin = text.indexOf(open, begin)) >= 0;) {
+        QString rest;
+        qsizetype copied = 0; // up to here
+        for (qsizetype begin = text.indexOf(open); begin >= 0; begin = text.indexOf(open, copied)) {
             const qsizetype end = text.indexOf(close, begin);
             if (end < 0)
                 break;
-            text.replace(begin, end + 1 - begin, u' ');
+            rest += QStringView(text).sliced(copied, begin - copied);
+            rest += u' ';
+            copied = end + 1;
         }
+        rest += QStringView(text).sliced(copied);
+        text = rest;
     }
     return text;
 }
@@ -66,11 +72,21 @@ QString withoutAdditions(const QString &text)
     return words.join(u' ');
 }
 
+// These make another letter, where other marks are accents.
+bool isVoicedSoundMark(QChar c)
+{
+    return c == u'\u3099' || c == u'\u309A';
+}
+
 QString folded(const QString &text)
 {
     QString plain = text.normalized(QString::NormalizationForm_KD);
-    plain.removeIf([](QChar c) { return c.category() == QChar::Mark_NonSpacing; });
-    plain = plain.toCaseFolded();
+    plain.removeIf([](QChar c) { return c.category() == QChar::Mark_NonSpacing && !isVoicedSoundMark(c); });
+    plain = plain.toCaseFolded().replace(u'ß', "ss"_L1);
+    for (QChar &c : plain) {
+        if (c.category() == QChar::Punctuation_Dash)
+            c = u'-';
+    }
     // A title such as "(...)" is all addition, and "!!!" all punctuation.
     for (const QString &candidate : {withoutAdditions(plain), wordsOf(plain).join(u' ')}) {
         if (!candidate.isEmpty())

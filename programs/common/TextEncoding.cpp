@@ -99,9 +99,18 @@ QByteArray canonicalName(const QByteArray &name)
     return converter.isValid() ? ucnv_getName(converter.getAlias(), &status) : name;
 }
 
-bool hasUtf16Mark(const QByteArray &bytes)
+constexpr QByteArrayView LittleEndianMark("\xFF\xFE"), BigEndianMark("\xFE\xFF");
+
+// The encodings, likeliest first, of whose byte order marks one is at the start.
+QList<QByteArray> markedEncodings(const QByteArray &bytes)
 {
-    return bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF");
+    if (bytes.startsWith(QByteArrayView("\xFF\xFE\0\0", 4)))
+        return {"UTF-32LE", "UTF-16LE"}; // the second if its text begins with a NUL
+    if (bytes.startsWith(QByteArrayView("\0\0\xFE\xFF", 4)))
+        return {"UTF-32BE"};
+    if (bytes.startsWith(LittleEndianMark))
+        return {"UTF-16LE"};
+    return bytes.startsWith(BigEndianMark) ? QList<QByteArray>{"UTF-16BE"} : QList<QByteArray>();
 }
 
 // Without a byte order mark, "UTF-16" and "UTF-32" are big-endian.
@@ -109,7 +118,7 @@ QByteArray withByteOrder(const QByteArray &name, const QByteArray &bytes)
 {
     if (name != "UTF-16" && name != "UTF-32")
         return name;
-    return name + (bytes.startsWith("\xFF\xFE") ? "LE" : "BE");
+    return name + (bytes.startsWith(LittleEndianMark) ? "LE" : "BE");
 }
 
 // Whether the text has no unassigned, private-use or C1 control characters. A wrongly guessed encoding soon produces one.
@@ -126,6 +135,25 @@ DecodedText withoutMark(const QString &text, const QByteArray &name)
 {
     const bool hasMark = text.startsWith(QChar(ByteOrderMark));
     return {hasMark ? text.sliced(1) : text, {name, hasMark}, {}};
+}
+
+std::optional<DecodedText> decodeFirst(const QByteArray &bytes, const QList<QByteArray> &encodings)
+{
+    for (const QByteArray &encoding : encodings) {
+        if (const auto text = decode(bytes, encoding))
+            return withoutMark(*text, encoding);
+    }
+    return std::nullopt;
+}
+
+// The percentage of the pairs of bytes whose byte at `index`, 0 or 1, is NUL.
+int percentOfNuls(const QByteArray &bytes, qsizetype index)
+{
+    const qsizetype pairs = bytes.size() / 2;
+    qsizetype count = 0;
+    for (qsizetype i = 0; i < pairs; ++i)
+        count += bytes[2 * i + index] == '\0';
+    return int(count * 100 / std::max<qsizetype>(pairs, 1));
 }
 
 } // namespace
@@ -158,10 +186,20 @@ TextEncoding outputEncoding(const QByteArray &name)
 
 std::optional<DecodedText> decodeText(const QByteArray &bytes, const QByteArray &given)
 {
-    if (!given.isEmpty() || hasUtf16Mark(bytes)) {
-        const QByteArray encoding = withByteOrder(given.isEmpty() ? "UTF-16" : canonicalName(given), bytes);
-        const auto text = decode(bytes, encoding);
-        return text ? std::optional(withoutMark(*text, encoding)) : std::nullopt;
+    if (!given.isEmpty())
+        return decodeFirst(bytes, {withByteOrder(canonicalName(given), bytes)});
+    if (const auto marks = markedEncodings(bytes); !marks.isEmpty())
+        return decodeFirst(bytes, marks);
+    // ASCII, of which tags consist, has a NUL in each pair of bytes in UTF-16. UTF-8 would read that as text, too.
+    const int even = percentOfNuls(bytes, 0);
+    const int odd = percentOfNuls(bytes, 1);
+    if ((even > 50) != (odd > 50)) {
+        auto wide = decodeFirst(bytes,
+                                even > odd ? QList<QByteArray>{"UTF-32BE", "UTF-16BE"}
+                                           : QList<QByteArray>{"UTF-32LE", "UTF-16LE"});
+        if (wide)
+            wide->guess = std::max(even, odd);
+        return wide;
     }
     if (const auto text = decode(bytes, "UTF-8"))
         return withoutMark(*text, "UTF-8");

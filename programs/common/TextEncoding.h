@@ -35,9 +35,10 @@ bool isTextEncoding(const QByteArray &name);
 /// order mark.
 TextEncoding outputEncoding(const QByteArray &name);
 
-/// Decodes \p bytes from the encoding \p name. Without a name the encoding is UTF-16 if \p bytes start with its byte
-/// order mark, else UTF-8 if they are valid UTF-8, else the most likely legacy encoding that converts back to the same
-/// bytes. Nothing when \p bytes are invalid in the encoding, or, without a name, when they are not text.
+/// Decodes \p bytes from the encoding \p name. Without a name the encoding is the one of the byte order mark; else a
+/// guess of UTF-16 or UTF-32 if most of the even bytes, or most of the odd ones, are NUL; else UTF-8 if they are valid
+/// UTF-8; else the most likely legacy encoding that converts back to the same bytes. Nothing when \p bytes are invalid
+/// in the encoding, or, without a name, when they are not text.
 std::optional<DecodedText> decodeText(const QByteArray &bytes, const QByteArray &name = {});
 
 /// Encodes wellFormed() \p text. Nothing when it contains a character that the encoding does not have.

@@ -18,7 +18,7 @@ DecodedText readTextFile(const std::string &file, const QByteArray &encoding = {
 
 enum class Writing {
     Replace,
-    DryRun, ///< changes nothing
+    DryRun, ///< changes nothing, but refuses what Replace refuses, as far as can be found out
 };
 
 /// Replaces the content of \p file, through replaceFile(), or writes to standard output.

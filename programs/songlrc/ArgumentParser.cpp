@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <sstream>
 
 namespace {
 
@@ -81,23 +82,32 @@ ArgumentParser::ArgumentParser()
 Command ArgumentParser::parse(int argc, char **argv, Options &options, ExitStatus &status)
 {
     // CLI11 splits "[a,b]" in two where an option takes several values. Here it is a file name.
+    std::set<std::string> bracketed;
     std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
     m_wantsJson = std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
     if (!arguments.empty() && m_severalFiles.contains(arguments.front())) {
         for (std::string &argument : arguments) {
-            if (argument.starts_with('['))
+            if (argument.starts_with('[')) {
                 argument.insert(0, "./");
+                bracketed.insert(argument);
+            }
         }
     }
     std::reverse(arguments.begin(), arguments.end()); // CLI11's parse() expects them in reverse
     try {
         m_app.parse(std::move(arguments));
     } catch (const CLI::Success &success) { // help or version
-        m_app.exit(success);
+        std::ostringstream text;
+        m_app.exit(success, text);
+        print(QByteArray::fromStdString(text.str()));
         status = Done;
         return nullptr;
     } catch (const CLI::ParseError &error) {
         return usageError(textOfName(error.what()).simplified().toStdString(), status);
+    }
+    for (std::string &file : m_options.files) {
+        if (bracketed.contains(file))
+            file.erase(0, 2);
     }
     const CLI::App *const chosen = m_app.get_subcommands().front();
     if (const std::string message = usageErrorOf(chosen); !message.empty())

@@ -10,6 +10,7 @@
 #include <QVSongLrc/QVLyricImport.h>
 
 #include <limits>
+#include <optional>
 
 namespace {
 
@@ -23,7 +24,7 @@ void refuseUnlikelyGuess(const std::string &file, const DecodedText &read)
     }
 }
 
-// The text after edit(song), which returns false when the text is to stay as it is.
+// The text after edit(song, text), which returns false when the text is to stay as it is.
 template <typename Edit>
 QString edited(const QString &text, bool strict, Edit edit, qsizetype &timesCut)
 {
@@ -32,18 +33,17 @@ QString edited(const QString &text, bool strict, Edit edit, qsizetype &timesCut)
         song.buildWithLrcText(text);
     else
         song.setAryLines(QVLyricImport(text).lines());
-    if ((!strict && song.aryLines()->isEmpty()) || !edit(song))
+    if ((!strict && song.aryLines()->isEmpty()) || !edit(song, text))
         return text;
     song.updateSongText();
     timesCut = LineEdits::timesWithThousandths(*song.aryLines());
     return strict ? song.songText() : LineEnds::of(text).applied(song.songText());
 }
 
-template <typename Edit>
-ExitStatus rewriteFile(const std::string &file, const Options &options, Edit edit)
+template <typename Edit, typename PrintName>
+ExitStatus rewriteFile(const std::string &file, const Options &options, Edit edit, PrintName printName)
 {
     const DecodedText read = readTextFile(file, options.encoding);
-    refuseUnlikelyGuess(file, read);
     qsizetype timesCut = 0;
     QString text;
     try {
@@ -59,19 +59,18 @@ ExitStatus rewriteFile(const std::string &file, const Options &options, Edit edi
         encoding = outputEncoding(options.outputEncoding);
     // An equal text is not written: its encoding may have several bytes for one character.
     const bool isSame = isOwnFile && options.outputEncoding.isEmpty() && text == read.text;
-    const bool changes =
-        !isSame && writeTextFile(target, text, encoding, options.dryRun ? Writing::DryRun : Writing::Replace);
-    if (!changes)
+    if (isSame)
         return Done;
-    if (options.dryRun || (options.inPlace && options.verbose)) {
-        Progress::erase();
-        writeStandardOutput(visible(file) + '\n');
-    }
+    refuseUnlikelyGuess(file, read);
+    if (!writeTextFile(target, text, encoding, options.dryRun ? Writing::DryRun : Writing::Replace))
+        return Done;
+    if (options.dryRun || (options.inPlace && options.verbose))
+        printName(file);
     if (!options.dryRun)
         reportGuess(file, read);
     if (timesCut > 0) {
-        report(shownName(file) + ": " + std::to_string(timesCut)
-               + (timesCut == 1 ? " time loses its thousandths" : " times lose their thousandths"));
+        report(shownName(file) + ": " + std::to_string(timesCut) + (timesCut == 1 ? " time is" : " times are")
+               + " cut to hundredths of a second");
     }
     return options.dryRun ? NegativeAnswer : Done;
 }
@@ -79,29 +78,43 @@ ExitStatus rewriteFile(const std::string &file, const Options &options, Edit edi
 template <typename Edit>
 ExitStatus rewrite(const Options &options, Edit edit)
 {
-    return forEachLyricFile(options, [&](const std::string &file) {
+    std::optional<StandardOutputError> outputError;
+    const auto printName = [&](const std::string &file) {
         try {
-            return rewriteFile(file, options, edit);
+            if (!outputError)
+                print(visible(file) + '\n');
+        } catch (const StandardOutputError &error) {
+            if (options.dryRun)
+                throw;
+            outputError = error; // the other files are still to be changed
+        }
+    };
+    const ExitStatus status = forEachLyricFile(options, [&](const std::string &file) {
+        try {
+            return rewriteFile(file, options, edit, printName);
         } catch (const FileRefused &refused) {
             throw std::runtime_error(std::string(refused.what()) + "; write to another file with -o");
         }
     });
+    if (outputError)
+        throw *outputError;
+    return status;
 }
 
 } // namespace
 
 ExitStatus Commands::format(const Options &options)
 {
-    return rewrite(options, [](QVEditSong &) { return true; });
+    return rewrite(options, [](QVEditSong &, const QString &) { return true; });
 }
 
 ExitStatus Commands::shift(const Options &options)
 {
     using namespace LineEdits;
-    return rewrite(options, [&](QVEditSong &song) {
+    return rewrite(options, [&](QVEditSong &song, const QString &text) {
         qint64 milliseconds = options.milliseconds;
         if (options.applyOffset) {
-            const auto offset = takeOffset(*song.aryLines());
+            const auto offset = takeOffset(*song.aryLines(), text);
             if (!offset)
                 return false;
             milliseconds =
@@ -116,7 +129,7 @@ ExitStatus Commands::shift(const Options &options)
 
 ExitStatus Commands::mark(const Options &options)
 {
-    return rewrite(options, [&](QVEditSong &song) {
+    return rewrite(options, [&](QVEditSong &song, const QString &) {
         if (options.strict)
             song.insertCopyrightMark();
         else

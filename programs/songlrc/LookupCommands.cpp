@@ -38,7 +38,7 @@ ExitStatus reportLookup(const QVLyricError &error, bool json)
             Json::object({{"domain", Json::value(error.domain)},
                           {"code", Json::value(error.code)},
                           {"localizedDescription", Json::value(error.localizedDescription)}});
-        writeStandardOutput(Json::object({{"error", details}}) + '\n');
+        print(Json::object({{"error", details}}) + '\n');
     }
     report(reasonOf(error));
     return error.domain == QVLyricError::TransportDomain ? Failed : NegativeAnswer;
@@ -108,8 +108,7 @@ void printResults(const QList<QJsonObject> &results, qint64 best, bool json)
         QJsonArray array;
         for (const QJsonObject &result : results)
             array.append(result);
-        writeStandardOutput(Json::object({{"bestIndex", Json::value(best)}, {"results", Json::value(array)}})
-                            + '\n');
+        print(Json::object({{"bestIndex", Json::value(best)}, {"results", Json::value(array)}}) + '\n');
         return;
     }
     QByteArray text;
@@ -121,7 +120,7 @@ void printResults(const QList<QJsonObject> &results, qint64 best, bool json)
                                  results[i][LookupProtocol::Link].toString()));
         text += '\n';
     }
-    writeStandardOutput(text);
+    print(text);
 }
 
 } // namespace

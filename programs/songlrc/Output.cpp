@@ -11,6 +11,12 @@
 
 namespace {
 
+bool isBidiControl(char16_t c)
+{
+    return c == 0x061C || c == 0x200E || c == 0x200F || (c >= 0x202A && c <= 0x202E)
+        || (c >= 0x2066 && c <= 0x2069);
+}
+
 QString withVisibleControls(QString text)
 {
     for (QChar &c : text) {
@@ -18,7 +24,7 @@ QString withVisibleControls(QString text)
             c = QChar(0x2400 + c.unicode());
         else if (c == QChar(0x7F))
             c = QChar(0x2421);
-        else if (c.category() == QChar::Other_Control || c.category() == QChar::Other_Format)
+        else if (c.category() == QChar::Other_Control || isBidiControl(c.unicode()))
             c = QChar::ReplacementCharacter;
     }
     return text;
@@ -34,6 +40,13 @@ QByteArray visible(const QString &text)
 QByteArray visible(const std::string &bytes)
 {
     return QByteArray::fromStdString(nameOfText(withVisibleControls(textOfName(bytes))));
+}
+
+void print(const QByteArray &bytes)
+{
+    if (!bytes.isEmpty() && isatty(STDOUT_FILENO))
+        Progress::erase();
+    writeStandardOutput(bytes);
 }
 
 std::string shownName(const std::string &file)
@@ -53,10 +66,9 @@ void reportError(const std::string &message, int code, bool json, const std::str
         const QByteArray error = Json::object({{"domain", "\"songlrc\""},
                                                {"code", QByteArray::number(code)},
                                                {"localizedDescription", Json::value(textOfName(message))}});
-        writeStandardOutput((file.empty()
-                                 ? Json::object({{"error", error}})
-                                 : Json::object({{"file", Json::value(textOfName(file))}, {"error", error}}))
-                            + '\n');
+        print((file.empty() ? Json::object({{"error", error}})
+                            : Json::object({{"file", Json::value(textOfName(file))}, {"error", error}}))
+              + '\n');
     }
     report(message);
 }

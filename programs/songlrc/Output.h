@@ -21,7 +21,7 @@ enum ExitStatus {
 };
 
 /// \p text for a terminal, in UTF-8, with control characters, such as the carriage returns of a lyric, replaced by
-/// visible symbols.
+/// visible symbols, and those that change the direction of the text by U+FFFD.
 QByteArray visible(const QString &text);
 
 /// The same for a text with file names in it. Bytes that are not UTF-8 stay as they are.
@@ -29,6 +29,9 @@ QByteArray visible(const std::string &bytes);
 
 /// The name of a file in messages.
 std::string shownName(const std::string &file);
+
+/// Writes \p bytes to standard output. \throws StandardOutputError
+void print(const QByteArray &bytes);
 
 /// Prints "songlrc: " and \p message as one line on standard error.
 void report(const std::string &message);

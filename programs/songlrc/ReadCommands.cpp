@@ -55,15 +55,15 @@ DecodedText readForDocuments(const std::string &file, const Options &options)
     return read;
 }
 
-// Prints the result of print(file, read) for each file.
-template <typename Print>
-ExitStatus show(const Options &options, Print print)
+// Prints the result of describe(file, read) for each file.
+template <typename Describe>
+ExitStatus show(const Options &options, Describe describe)
 {
     return forEachFile(options.files, options.json, [&](const std::string &file) {
-        const QByteArray printed = print(file, readForDocuments(file, options));
+        const QByteArray description = describe(file, readForDocuments(file, options));
         if (!options.json && options.files.size() > 1)
-            writeStandardOutput(visible("==> " + file + " <==") + '\n');
-        writeStandardOutput(printed);
+            print(visible("==> " + file + " <==") + '\n');
+        print(description);
         return Done;
     });
 }
@@ -97,12 +97,12 @@ ExitStatus Commands::check(const Options &options)
             lines += remarkLine(file, remark);
             objects += (objects.isEmpty() ? "" : ",") + remarkJson(remark);
         }
-        writeStandardOutput(options.json ? Json::object({{"file", fileJson(file)},
-                                                         {"encoding", encodingJson(read)},
-                                                         {"guessed", read.guess ? "true" : "false"},
-                                                         {"remarks", '[' + objects + ']'}})
-                                    + '\n'
-                                         : lines);
+        print(options.json ? Json::object({{"file", fileJson(file)},
+                                           {"encoding", encodingJson(read)},
+                                           {"guessed", read.guess ? "true" : "false"},
+                                           {"remarks", '[' + objects + ']'}})
+                      + '\n'
+                           : lines);
         reportGuess(file, read);
         return std::any_of(remarks.begin(), remarks.end(), std::mem_fn(&QVLyricRemark::isWarning))
             ? NegativeAnswer
@@ -147,6 +147,6 @@ ExitStatus Commands::compare(const Options &options)
     for (size_t i = 0; i < 2; ++i)
         songs[i].buildWithLrcText(readForDocuments(options.files[i], options).text);
     const bool equal = songs[0].isEqual(&songs[1]);
-    writeStandardOutput(equal ? "equal\n" : "different\n");
+    print(equal ? "equal\n" : "different\n");
     return equal ? Done : NegativeAnswer;
 }
