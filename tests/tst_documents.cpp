@@ -131,9 +131,11 @@ private Q_SLOTS:
             QCOMPARE(lettersOf(*document), expected);
         }
         const auto document = song(u"a\nb\nc\nd\ne\nf"_s);
+        document->aryLines()->swapItemsAt(1, 4);
+        QCOMPARE(lettersOf(*document), u"aecdbf"_s);
         for (const qint64 index : {qint64(6), qint64(-1), qint64(5), qint64(0), qint64(1)})
             document->deleteLineAtIndex(index);
-        QCOMPARE(lettersOf(*document), u"bde"_s);
+        QCOMPARE(lettersOf(*document), u"edb"_s);
     }
 
     void compares()
@@ -159,14 +161,19 @@ private Q_SLOTS:
 
     void keepsTheOrderOfEqualTimes()
     {
-        QString text;
-        for (const char letter : "abcdefghijklmnopqrstuvwx"_ba)
-            text += QString::asprintf("[0:%d.0]%c\n", letter % 2, letter);
-        QCOMPARE(song<QVPreviewSong>(text)->previewSongTextWithHasTag(false).remove(u'\n'),
-                 u"bdfhjlnprtvxacegikmoqsuw"_s);
+        const QString letters = u"abcdefghijklmnopqrstuvwx"_s;
+        // Few lines, many lines, and lines with two times.
+        for (const auto &[tag, count, first] : {std::tuple(u""_s, 1, u""_s), std::tuple(u""_s, 50, u""_s),
+                                                std::tuple(u"[0:0.0]"_s, 1, letters)}) {
+            QString text;
+            for (const QChar letter : letters)
+                text += u"%1[%2:0.0]%3\n"_s.arg(tag).arg(letter.unicode() % 2 ? 70 : 1).arg(letter);
+            const auto preview = song<QVPreviewSong>(text.repeated(count));
+            QCOMPARE(preview->previewSongTextWithHasTag(false).remove(u'\n'),
+                     first + u"bdfhjlnprtvx"_s.repeated(count) + u"acegikmoqsuw"_s.repeated(count));
+        }
     }
 
-    // A build keeps one copy of the text, although the preview, of 140 GB, repeats it for each tag.
     void findsTheLineToShow()
     {
         const auto preview =
@@ -177,6 +184,7 @@ private Q_SLOTS:
         for (const auto &[milliseconds, index] : expected)
             QCOMPARE(preview->lineIndexAt(milliseconds), index);
         QCOMPARE(QVPreviewSong().lineIndexAt(0), -1);
+        QCOMPARE(song<QVPreviewSong>(u"[00:00.10]a\n[ti:A]"_s)->lineIndexAt(200), 0);
     }
 
     // All seconds and hundredths, since some lose a millisecond.
@@ -194,13 +202,19 @@ private Q_SLOTS:
         }
     }
 
+    // A build keeps one copy of the text, although the preview, of 60 GB, repeats it for each tag.
     void sharesTheTextOfManyTags()
     {
-        QString text = u"[0:1.0]"_s.repeated(100'000) + u"x"_s.repeated(700'000);
+        QString text = u"[0:1.0]"_s.repeated(100'000) + u"x"_s.repeated(300'000);
+        // In both lines, more than 255 code units come before the text.
+        for (const QString &line : {text, u" "_s.repeated(300) + u"[ti:A]"_s}) {
+            const auto document = song(line);
+            QVERIFY(document->songText() == document->aryLines()->first()->displayText() + u'\n');
+        }
         const auto preview = song<QVPreviewSong>(QString::fromRawData(text.constData(), text.size()));
         text.fill(u'#');
         QCOMPARE(preview->aryLines()->size(), 100'000);
-        QCOMPARE(preview->aryLines()->last()->lineText().count(u'x'), 700'000);
+        QCOMPARE(preview->aryLines()->last()->lineText().count(u'x'), 300'000);
     }
 
     // Document and lines own their strings, and lines outlive their document.
