@@ -5,7 +5,10 @@
 #include <QComboBox>
 #include <QHeaderView>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QStyledItemDelegate>
+
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -29,12 +32,29 @@ public:
     }
 };
 
+// Edits texts and times of any length. A QLineEdit cuts at 32,767 characters by default.
+class TextDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
+                          const QModelIndex &index) const override
+    {
+        QWidget *const editor = QStyledItemDelegate::createEditor(parent, option, index);
+        if (auto *const line = qobject_cast<QLineEdit *>(editor))
+            line->setMaxLength(std::numeric_limits<int>::max());
+        return editor;
+    }
+};
+
 } // namespace
 
 LineTable::LineTable(SongModel &song)
     : m_song(song)
 {
     setModel(&song);
+    setItemDelegate(new TextDelegate(this));
     setItemDelegateForColumn(SongModel::Kind, new KindDelegate(this));
     setSelectionBehavior(SelectRows);
     setAlternatingRowColors(true);

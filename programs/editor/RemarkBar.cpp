@@ -67,9 +67,11 @@ RemarkBar::RemarkBar(SongModel &song)
     m_list->setMaximumHeight(fontMetrics().height() * 10);
     m_list->setAllColumnsShowFocus(true);
     const auto choose = [this](const QTreeWidgetItem *item) {
-        const auto place = item->data(0, Qt::UserRole).toPersistentModelIndex();
-        if (place.isValid()) // else the line was deleted
-            Q_EMIT rowChosen(place.row());
+        const auto line =
+            m_lines.value(m_list->indexOfTopLevelItem(const_cast<QTreeWidgetItem *>(item))).lock();
+        if (const qsizetype row = m_song.lines().indexOf(line);
+            row >= 0) // else the line was changed or deleted
+            Q_EMIT rowChosen(row);
     };
     connect(m_list, &QTreeWidget::itemClicked, this, choose);
     connect(m_list, &QTreeWidget::itemActivated, this, choose); // by Enter
@@ -89,12 +91,13 @@ RemarkBar::RemarkBar(SongModel &song)
 void RemarkBar::setRemarks(const QList<QVLyricRemark> &remarks, qint64 firstLine)
 {
     QList<QTreeWidgetItem *> items;
+    m_lines.clear();
     for (const QVLyricRemark &remark : remarks) {
         auto *const item = new QTreeWidgetItem({u"%1:%2"_s.arg(remark.line).arg(remark.column),
                                                 QVLyricRemark::name(remark.kind), remark.message});
         // Blank lines before the first and after the last have no row.
         const qint64 row = std::clamp<qint64>(remark.line - firstLine, 0, std::max(0, m_song.rowCount() - 1));
-        item->setData(0, Qt::UserRole, QPersistentModelIndex(m_song.index(int(row), 0)));
+        m_lines += m_song.lines().value(row);
         item->setToolTip(2, remark.message); // a long one is cut off
         items += item;
     }

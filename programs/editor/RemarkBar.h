@@ -3,8 +3,12 @@
 #pragma once
 
 #include <QVSongLrc/QVLyricRemark.h>
+#include <QVSongLrc/QVSongLine.h>
 
 #include <QFrame>
+#include <QList>
+
+#include <memory>
 
 class QLabel;
 class QPushButton;
@@ -31,4 +35,5 @@ private:
     QLabel *m_summary;
     QPushButton *m_show;
     QTreeWidget *m_list;
+    QList<std::weak_ptr<QVSongLine>> m_lines; // of the remarks in the list
 };

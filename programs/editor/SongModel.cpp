@@ -62,7 +62,8 @@ void SongModel::replaceSong(const SongFile &file, const QString &text)
 
 void SongModel::save(SongFile file)
 {
-    const bool isSame = !isModified() && file.name() == m_file.name() && !file.isGone();
+    const bool isSame =
+        !isModified() && file.name() == m_file.name() && !file.isGone() && !file.hasChangedOnDisk();
     if (!lines().isEmpty() || !isSame) // a file of blank lines stays as it is
         file.write(text());
     m_file = file;
