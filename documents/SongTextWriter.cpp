@@ -17,7 +17,8 @@ QString SongTextWriter::finish()
 {
     if (position() == 0)
         return QStringLiteral("");
-    const bool isSource = m_length == 0 && m_runBegin == QStringView(m_source).utf16() && position() == m_source.size();
+    const bool isSource =
+        m_length == 0 && m_runBegin == QStringView(m_source).utf16() && position() == m_source.size();
     if (isSource)
         return ownedString(m_source); // shares the characters unless they are someone else's
     closeRun();

@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The QVSongLrc authors
 // SPDX-License-Identifier: MIT
 
-// Both documents read any code units, and find what the tag scanner finds. Their ranges match their texts, previews are sorted, and a line whose text is
-// a slice of a document's text shows every change, as a line with a text of its own does.
+// Both documents read any code units, and find what the tag scanner finds. Their ranges match their texts, previews
+// are sorted, and a line whose text is a slice of a document's text shows every change, as a line with a text of its
+// own does.
 
 #include "FuzzText.h"
 #include "model/TagScanner.h"

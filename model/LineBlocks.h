@@ -20,8 +20,8 @@ struct LineSlice
 
 /// Makes the lines of a document, in blocks that take one allocation for many lines.
 ///
-/// A line that a host keeps keeps its block. So blocks have at most 64 lines, but in a text of many megabytes, which the line
-/// keeps, too, they take one huge page.
+/// A line keeps its block alive, so blocks are small: at most 64 lines. In a text of many megabytes, which the line
+/// keeps alive anyway, a block is one huge page.
 class LineBlocks
 {
 public:

@@ -62,7 +62,8 @@ private Q_SLOTS:
         QCOMPARE(m_model->getBestMatch({}), std::nullopt);
     }
 
-    // The sums are those of the full table of distances. Random texts with lengths around the 64 units of a machine word: near and far ones, many of them equally good.
+    // The sums are those of the full table of distances. Random texts with lengths around the 64 units of a machine
+    // word: near and far ones, many of them equally good.
     void agreesWithTheTable()
     {
         QRandomGenerator random(1);

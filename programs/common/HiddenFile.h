@@ -10,8 +10,8 @@
 #include <sys/types.h>
 
 /// A new, empty file in the folder of another one, ".NAME.songlrc-new", that is to take its place. It is locked with
-/// flock() as long as this object lives: a file of that name without a lock was left by a program that was killed, and is
-/// removed. The destructor removes the file unless takePlace() was called.
+/// flock() as long as this object lives: a file of that name without a lock was left by a program that was killed,
+/// and is removed. The destructor removes the file unless takePlace() was called.
 class HiddenFile
 {
 public:

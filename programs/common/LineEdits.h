@@ -30,8 +30,8 @@ enum class BelowZero {
     BecomesZero,
 };
 
-/// Adds \p milliseconds to all times of lyric lines, and with Words::Move to those of word tags, too. \throws Error when
-/// a time would be past 9999:59.99, or below 0 with BelowZero::Fails.
+/// Adds \p milliseconds to all times of lyric lines, and with Words::Move to those of word tags, too. \throws Error
+/// when a time would be past 9999:59.99, or below 0 with BelowZero::Fails.
 void shift(QVSongLineList &lines, qint64 milliseconds, BelowZero belowZero, Words words);
 
 /// Removes the header "[offset:MS]", on which QVLyricImport remarks in \p text, from its \p lines, and the blank lines

@@ -121,7 +121,8 @@ QByteArray withByteOrder(const QByteArray &name, const QByteArray &bytes)
     return name + (bytes.startsWith(LittleEndianMark) ? "LE" : "BE");
 }
 
-// Whether the text has no unassigned, private-use or C1 control characters. A wrongly guessed encoding soon produces one.
+// Whether the text has no unassigned, private-use or C1 control characters. A wrongly guessed encoding soon produces
+// one.
 bool isPlausibleText(const QString &text)
 {
     return std::none_of(text.cbegin(), text.cend(), [](QChar c) {
