@@ -25,7 +25,7 @@ QString summaryOf(const QList<QVLyricRemark> &remarks)
     const auto warnings =
         std::count_if(remarks.cbegin(), remarks.cend(), std::mem_fn(&QVLyricRemark::isWarning));
     const auto notes = remarks.size() - warnings;
-    const QString readOtherwise = warnings == 1
+    QString readOtherwise = warnings == 1
         ? RemarkBar::tr("1 place was read otherwise")
         : RemarkBar::tr("%1 places were read otherwise").arg(warnings);
     const QString toLookAt =
