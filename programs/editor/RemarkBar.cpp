@@ -25,9 +25,8 @@ QString summaryOf(const QList<QVLyricRemark> &remarks)
     const auto warnings =
         std::count_if(remarks.cbegin(), remarks.cend(), std::mem_fn(&QVLyricRemark::isWarning));
     const auto notes = remarks.size() - warnings;
-    QString readOtherwise = warnings == 1
-        ? RemarkBar::tr("1 place was read otherwise")
-        : RemarkBar::tr("%1 places were read otherwise").arg(warnings);
+    QString readOtherwise = warnings == 1 ? RemarkBar::tr("1 place was read otherwise")
+                                          : RemarkBar::tr("%1 places were read otherwise").arg(warnings);
     const QString toLookAt =
         notes == 1 ? RemarkBar::tr("1 place to look at") : RemarkBar::tr("%1 places to look at").arg(notes);
     if (notes == 0)
