@@ -20,7 +20,7 @@ namespace {
 
 using Attributes = std::map<std::string, std::string>;
 
-const std::string AccessList("system.posix_acl_access");
+constexpr const char *AccessList = "system.posix_acl_access";
 
 // Where the symbolic links end, even if no file is there yet.
 std::string linkTarget(std::filesystem::path path)
@@ -66,7 +66,7 @@ void keep(int descriptor, const std::string &file, const struct stat &old, const
 {
     (void)!fchown(descriptor, old.st_uid, old.st_gid);
     if (!attributes.contains(AccessList))
-        fremovexattr(descriptor, AccessList.c_str()); // which the folder may have given it
+        fremovexattr(descriptor, AccessList); // which the folder may have given it
     for (const auto &[name, value] : attributes)
         fsetxattr(descriptor, name.c_str(), value.data(), value.size(), 0);
     fchmod(descriptor, old.st_mode & ALLPERMS);

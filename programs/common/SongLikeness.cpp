@@ -66,9 +66,9 @@ QString withoutAdditions(const QString &text)
 {
     constexpr std::array Guests{"feat"_L1, "ft"_L1, "featuring"_L1};
     QStringList words = wordsOf(withoutVersion(withoutBrackets(text)));
-    const auto guest = std::find_if(words.begin() + !words.isEmpty(), words.end(),
+    const auto guest = std::find_if(words.cbegin() + !words.isEmpty(), words.cend(),
                                     [&](const QString &word) { return isOneOf(Guests, word); });
-    words.erase(guest, words.end());
+    words.erase(guest, words.cend());
     return words.join(u' ');
 }
 
