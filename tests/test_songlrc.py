@@ -165,8 +165,11 @@ class SonglrcTest(unittest.TestCase):
         for name in HIDDEN, "song.lrc.backup":  # the first was left by a program that was killed
             pathlib.Path(name).touch()
         self.song.write_text("[0:1.0]x")
-        for name, value in attributes.items():
-            os.setxattr(self.song, name, value)
+        for name, value in list(attributes.items()):
+            try:
+                os.setxattr(self.song, name, value)
+            except OSError:  # not on this file system
+                del attributes[name]
         if os.geteuid() == 0:
             os.chown(self.song, 1, 2)
         before = self.song.stat()
