@@ -44,8 +44,8 @@ QString QVLineWriter::write(const QVSongLineList &lines, qsizetype total, WriteL
 QString QVLineWriter::placeDisplayTexts(const QVSongLineList &lines, qsizetype &total)
 {
     const QString *source = nullptr; // of the last line
-    const char16_t *expected =
-        nullptr; // where that line's display text must be for the source to be the result
+    // Where the next display text must be for the source to be the result.
+    const char16_t *expected = nullptr;
     bool isSource = true;
     total = 0;
     forEachLine(lines, [&](QVSongLine &line) {
